@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: MIT
+#include "event_mgr.h"
+
+#include "ievent_handler.h"
+#include "methods_p.h"
+#include "trace_p.h"
+
+#include <QDebug>
+#include <QMetaType>
+#include <QMultiMap>
+#include <QReadLocker>
+#include <QReadWriteLock>
+#include <QWriteLocker>
+
+namespace Zentu {
+
+/// The subscriptions; of one type name the newest comes first.
+class _event_mgr_private
+{
+public:
+    QMultiMap<QString, IEventHandler*> subscribers;
+    QReadWriteLock lock;
+};
+
+static Qt::ConnectionType connectionType(EventManager::PostMode mode)
+{
+    switch (mode) {
+    case EventManager::Direct:
+        return Qt::DirectConnection;
+    case EventManager::Queued:
+        return Qt::QueuedConnection;
+    case EventManager::BlockingQueued:
+        return Qt::BlockingQueuedConnection;
+    case EventManager::Auto:
+        break;
+    }
+    return Qt::AutoConnection;
+}
+
+EventManager* EventManager::instance()
+{
+    static EventManager manager;
+    return &manager;
+}
+
+EventManager::EventManager()
+    : d(new _event_mgr_private)
+{
+    qRegisterMetaType<IEvent*>("IEvent*");
+}
+
+EventManager::~EventManager()
+{
+    delete d;
+}
+
+// The three changes below write their lines while they hold the lock, so that the lines stand in
+// the order of the changes whatever thread makes them.
+
+void EventManager::subscribe(IEventHandler* handler, const QString& type)
+{
+    const QWriteLocker locker(&d->lock);
+    if (d->subscribers.contains(type, handler)) {
+        qWarning() << this << "duplicated event subscription:" << handler << type;
+        return;
+    }
+    Trace() << this << "new event subscription:" << handler << type;
+    d->subscribers.insert(type, handler);
+}
+
+void EventManager::unsubscribe(IEventHandler* handler, const QString& type)
+{
+    const QWriteLocker locker(&d->lock);
+    if (!d->subscribers.contains(type, handler)) {
+        qWarning() << this << "unsubscribe event:" << handler << type << "no match found";
+        return;
+    }
+    Trace() << this << "unsubscribe event:" << handler << type;
+    d->subscribers.remove(type, handler);
+}
+
+void EventManager::unsubscribeAll(IEventHandler* handler)
+{
+    const QWriteLocker locker(&d->lock);
+    Trace() << this << "unsubscribe all events for:" << handler;
+    auto& subscribers = d->subscribers;
+    for (auto it = subscribers.begin(); it != subscribers.end();) {
+        if (it.value() == handler)
+            it = subscribers.erase(it);
+        else
+            ++it;
+    }
+}
+
+QList<IEventHandler*> EventManager::getSubscribersFor(const QString& type)
+{
+    const QReadLocker locker(&d->lock);
+    return d->subscribers.values(type);
+}
+
+void EventManager::postEvent(IEvent* event, PostMode mode)
+{
+    static const QMetaMethod dispatch = slotOf<EventManager>("dispatch(IEvent*)");
+
+    Trace() << this << "post event" << event << static_cast<int>(mode);
+    dispatch.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
+}
+
+void EventManager::dispatch(IEvent* event)
+{
+    const QString type = event->type();
+    const QList<IEventHandler*> handlers = getSubscribersFor(type);
+    for (IEventHandler* handler : handlers) {
+        if (handler->isReceiving())
+            handler->handleEvent(event);
+    }
+    delete event;
+}
+
+} // namespace Zentu

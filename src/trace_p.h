@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "qlogstream.h"
+
+#include <type_traits>
+
+namespace Zentu {
+
+class IEvent;
+class IEventHandler;
+
+/// One line of the trace. Its overloads choose the printer that `QDebug` would choose.
+class Trace : public wisp::qlogstream
+{
+public:
+    Trace()
+        : qlogstream(wisp::LogInfo)
+    {
+    }
+
+    Trace& operator<<(const QObject* object);
+    Trace& operator<<(const IEvent* event);
+    Trace& operator<<(const IEventHandler* handler);
+
+    template <typename T,
+        typename = std::enable_if_t<!std::is_convertible_v<const T&, const QObject*>>>
+    Trace& operator<<(const T& item)
+    {
+        qlogstream::operator<<(item);
+        return *this;
+    }
+};
+
+} // namespace Zentu
