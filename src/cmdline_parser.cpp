@@ -1,0 +1,359 @@
+// SPDX-License-Identifier: MIT
+#include "cmdline_parser.h"
+
+#include "cmdline_parser_p.h"
+#include "trace_p.h"
+
+#include <QCoreApplication>
+#include <QDebug>
+#include <QFileInfo>
+#include <QTextStream>
+
+#include <algorithm>
+#include <cstdio>
+
+namespace Zentu {
+
+// Name and description share a line of this length, blanks between them not counted.
+static constexpr int TableWidth = 70;
+
+static bool isOption(const QString& arg)
+{
+    return arg.startsWith(QLatin1Char('-'));
+}
+
+static QStringView keyOf(const QString& form)
+{
+    const auto begin =
+        std::find_if(form.cbegin(), form.cend(), [](QChar c) { return c != QLatin1Char('-'); });
+    return QStringView(begin, form.cend());
+}
+
+// Wraps one paragraph word by word. The count of a line begins with a separator before its first
+// word, except where an overflowing word began the line.
+static QStringList wrap(QString paragraph, int width)
+{
+    QStringList lines;
+    QStringList pending;
+    int length = 0;
+    const auto emitLine = [&] { lines.append(pending.join(QLatin1Char(' '))); };
+    const auto startLine = [&](const QString& word) {
+        pending = QStringList(word);
+        length = word.size();
+    };
+
+    QTextStream words(&paragraph, QIODevice::ReadOnly);
+    while (!words.atEnd()) {
+        QString word;
+        words >> word;
+        if (word.isEmpty())
+            continue;
+        if (word.size() > width) {
+            const int cut = std::max(0, width - length - 1);
+            pending.append(word.left(cut));
+            emitLine();
+            startLine(word.mid(cut));
+        } else if (length + 1 + word.size() > width) {
+            emitLine();
+            startLine(word);
+        } else {
+            pending.append(word);
+            length += 1 + word.size();
+            if (length >= width) {
+                emitLine();
+                pending.clear();
+                length = 0;
+            }
+        }
+    }
+    if (!pending.isEmpty())
+        emitLine();
+    return lines;
+}
+
+QString DescriptionTable::format() const
+{
+    int nameWidth = 0;
+    for (const QString& name : names)
+        nameWidth = std::max(nameWidth, name.size());
+
+    QString text;
+    QTextStream out(&text);
+    for (int row = 0; row < names.size(); ++row) {
+        QStringList lines;
+        const QStringList paragraphs = descriptions.at(row).split(QLatin1Char('\n'));
+        for (const QString& paragraph : paragraphs)
+            lines += paragraph.isEmpty() ? QStringList(QString())
+                                         : wrap(paragraph, TableWidth - nameWidth);
+
+        out << "  " << names.at(row).leftJustified(nameWidth);
+        if (lines.isEmpty())
+            out << '\n';
+        else
+            out << "  " << lines.takeFirst() << '\n';
+        for (const QString& line : qAsConst(lines))
+            out << QString(nameWidth + 4, QLatin1Char(' ')) << line << '\n';
+    }
+    out.flush();
+    return text;
+}
+
+const CmdOption* _cmdline_parser_private::find(QStringView key) const
+{
+    for (; indexed < options.size(); ++indexed) {
+        for (const QString& declared : options.at(indexed).keys) {
+            if (!index.contains(declared))
+                index.insert(declared, indexed);
+        }
+    }
+    const auto it = index.constFind(key);
+    return it == index.constEnd() ? nullptr : &options.at(it.value());
+}
+
+CmdOption _cmdline_parser_private::findOptionDefine(const QString& key) const
+{
+    const CmdOption* const option = find(key);
+    return option ? *option : CmdOption();
+}
+
+bool _cmdline_parser_private::hasOption(const QString& key) const
+{
+    return find(key) != nullptr;
+}
+
+bool _cmdline_parser_private::parse(const QStringList& args, ListMode listMode)
+{
+    Trace() << "CmdLineParser"
+            << "parse" << args;
+    unknownOptions.clear();
+    missingValues.clear();
+    values.clear();
+    posValues.clear();
+
+    for (int i = 1; i < args.size();) {
+        if (isOption(args.at(i))) {
+            i = takeOption(args, i, listMode);
+        } else {
+            posValues.append(args.at(i));
+            ++i;
+        }
+    }
+    return unknownOptions.isEmpty() && missingValues.isEmpty();
+}
+
+// Takes the option at a position, and its values; returns the position behind them.
+int _cmdline_parser_private::takeOption(const QStringList& args, int position, ListMode listMode)
+{
+    const QString& arg = args.at(position);
+    const QStringView key = keyOf(arg);
+    const CmdOption* const option = key.isEmpty() ? nullptr : find(key);
+    if (!option) {
+        unknownOptions.append(arg);
+        return position + 1;
+    }
+    if (option->valueName.isEmpty()) {
+        values.insert(option->id, QStringLiteral("true"));
+        return position + 1;
+    }
+
+    const bool all = listMode == ListMode::All && option->valueName == QLatin1String("ValueList");
+    const auto first = args.cbegin() + position + 1;
+    const auto end = all ? std::find_if(first, args.cend(), isOption)
+                         : first + (first != args.cend() && !isOption(*first));
+    if (first == end) {
+        // What follows is skipped unseen: it stands where the value should.
+        missingValues.append(arg);
+        return position + 2;
+    }
+    QString value = *first;
+    for (auto it = first + 1; it != end; ++it)
+        value += QLatin1String("&&") + *it;
+    values.insert(option->id, value);
+    return static_cast<int>(end - args.cbegin());
+}
+
+CmdLineParser::CmdLineParser(const QString& appName)
+    : d(new _cmdline_parser_private)
+{
+    d->appName =
+        appName.isEmpty() ? QFileInfo(QCoreApplication::applicationFilePath()).fileName() : appName;
+}
+
+CmdLineParser::~CmdLineParser()
+{
+    delete d;
+}
+
+void CmdLineParser::setBrief(const QString& brief)
+{
+    d->brief = brief;
+}
+
+void CmdLineParser::addOption(
+    const QStringList& names, const QString& description, const QString& valueName)
+{
+    const auto refuse = [](const char* reason, const QString& form) {
+        qCritical() << "CmdLineParser" << reason << form;
+    };
+
+    if (names.isEmpty()) {
+        refuse("incorrect option form", QString());
+        return;
+    }
+    CmdOption option;
+    option.names = names;
+    for (const QString& form : names) {
+        const QStringView key = keyOf(form);
+        if (!isOption(form) || key.isEmpty()) {
+            refuse("incorrect option form", form);
+            return;
+        }
+        if (d->find(key)) {
+            refuse("duplicated option form", form);
+            return;
+        }
+        option.keys.append(key.toString());
+    }
+    option.id = qHash(option.keys.first(), 0);
+    option.description = description;
+    option.valueName = valueName;
+    d->options.append(option);
+}
+
+void CmdLineParser::addOption(
+    const QString& name, const QString& description, const QString& valueName)
+{
+    addOption(QStringList(name), description, valueName);
+}
+
+void CmdLineParser::addHelpOption(const QStringList& names)
+{
+    addOption(names, QStringLiteral("Show this help."));
+}
+
+void CmdLineParser::addVersionOption(const QStringList& names)
+{
+    addOption(names, QStringLiteral("Show version information."));
+}
+
+void CmdLineParser::addPositionalArgument(const QString& name, const QString& description)
+{
+    d->posArguments.append({name, description});
+}
+
+bool CmdLineParser::parse(const QStringList& args)
+{
+    return d->parse(args, _cmdline_parser_private::ListMode::FirstOnly);
+}
+
+bool CmdLineParser::parseB(const QStringList& args)
+{
+    return d->parse(args, _cmdline_parser_private::ListMode::All);
+}
+
+bool CmdLineParser::parse(int argc, const char** argv)
+{
+    QStringList args;
+    for (int i = 0; i < argc; ++i)
+        args.append(QString::fromUtf8(argv[i]));
+    return parse(args);
+}
+
+bool CmdLineParser::isSet(const QString& name) const
+{
+    const CmdOption* const option = d->find(keyOf(name));
+    return option && option->id != 0 && d->values.contains(option->id);
+}
+
+QString CmdLineParser::getValue(const QString& name) const
+{
+    const CmdOption* const option = d->find(keyOf(name));
+    return option && option->id != 0 ? d->values.value(option->id) : QString();
+}
+
+QStringList CmdLineParser::positionalArguments() const
+{
+    return d->posValues;
+}
+
+QString CmdLineParser::errorMessage() const
+{
+    const auto part = [](const char* text, const QStringList& arguments) {
+        return arguments.isEmpty()
+            ? QString()
+            : QLatin1String(text) + arguments.join(QLatin1Char(' ')) + QLatin1Char(' ');
+    };
+    return part("unknown option: ", d->unknownOptions) + part("missing value: ", d->missingValues);
+}
+
+// Prints a text that serves as its own format: a pair of percent signs prints one. There are no
+// arguments for any other conversion, so its sign is doubled and it prints as it is written.
+static void printAsFormat(const QString& text)
+{
+    QByteArray format;
+    const QByteArray latin1 = text.toLatin1();
+    for (int i = 0; i < latin1.size(); ++i) {
+        format += latin1.at(i);
+        if (latin1.at(i) == '%') {
+            format += '%';
+            if (i + 1 < latin1.size() && latin1.at(i + 1) == '%')
+                ++i;
+        }
+    }
+    QT_WARNING_PUSH
+    // The text is the format on purpose, and holds no conversion by now.
+    QT_WARNING_DISABLE_GCC("-Wformat-security")
+    QT_WARNING_DISABLE_CLANG("-Wformat-security")
+    std::fprintf(stdout, format.constData());
+    QT_WARNING_POP
+    std::fputc('\n', stdout);
+}
+
+void CmdLineParser::printErrorMessage() const
+{
+    printAsFormat(errorMessage());
+}
+
+QString CmdLineParser::helpMessage() const
+{
+    QString text;
+    QTextStream out(&text);
+    if (!d->brief.isEmpty())
+        out << "Brief:\n  " << d->brief << '\n';
+
+    out << "Usage:\n  " << d->appName;
+    if (!d->options.isEmpty())
+        out << " [options]";
+    for (const PosArgument& argument : qAsConst(d->posArguments))
+        out << ' ' << argument.name;
+    out << '\n';
+
+    if (!d->posArguments.isEmpty()) {
+        DescriptionTable table;
+        for (const PosArgument& argument : qAsConst(d->posArguments)) {
+            table.names.append(argument.name);
+            table.descriptions.append(argument.description);
+        }
+        out << "Arguments:\n" << table.format();
+    }
+    if (!d->options.isEmpty()) {
+        DescriptionTable table;
+        for (const CmdOption& option : qAsConst(d->options)) {
+            QString name = option.names.join(QLatin1String(", "));
+            if (!option.valueName.isEmpty())
+                name += QLatin1String(" <") + option.valueName + QLatin1Char('>');
+            table.names.append(name);
+            table.descriptions.append(option.description);
+        }
+        out << "Options:\n" << table.format();
+    }
+    out.flush();
+    return text;
+}
+
+void CmdLineParser::printHelpMessage() const
+{
+    printAsFormat(helpMessage());
+}
+
+} // namespace Zentu
