@@ -3,11 +3,26 @@
 
 #include "ievent.h"
 
+#include <QAction>
+#include <QWidget>
+
 namespace Zentu {
 
 Trace& Trace::operator<<(const QObject* object)
 {
     qlogstream::operator<<(object);
+    return *this;
+}
+
+Trace& Trace::operator<<(const QWidget* widget)
+{
+    debug << widget;
+    return *this;
+}
+
+Trace& Trace::operator<<(const QAction* action)
+{
+    debug << action;
     return *this;
 }
 

@@ -5,6 +5,9 @@
 
 #include <type_traits>
 
+class QAction;
+class QWidget;
+
 namespace Zentu {
 
 class IEvent;
@@ -20,6 +23,8 @@ public:
     }
 
     Trace& operator<<(const QObject* object);
+    Trace& operator<<(const QWidget* widget);
+    Trace& operator<<(const QAction* action);
     Trace& operator<<(const IEvent* event);
     Trace& operator<<(const IEventHandler* handler);
 

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#include "proxy_act.h"
+
+#include "methods_p.h"
+#include "trace_p.h"
+
+#include <QDebug>
+#include <QHash>
+
+#include <algorithm>
+
+namespace Zentu {
+
+/// What a proxy action knows of its contexts and backends.
+class _proxy_act_private
+{
+public:
+    QAction* select() const;
+    QHash<QString, QAction*>::iterator findBackend(const QObject* action);
+
+    QStringList currentContext;
+    QAction* defaultProp = nullptr;
+    QAction* activeBackend = nullptr;
+    QHash<QString, QAction*> backends;
+};
+
+/// The signals and slots by which a proxy and its backends are connected.
+struct ProxyMethods
+{
+    const QMetaMethod changed = QMetaMethod::fromSignal(&QAction::changed);
+    const QMetaMethod triggered = QMetaMethod::fromSignal(&QAction::triggered);
+    const QMetaMethod toggled = QMetaMethod::fromSignal(&QAction::toggled);
+    const QMetaMethod hovered = QMetaMethod::fromSignal(&QAction::hovered);
+    const QMetaMethod destroyed = QMetaMethod::fromSignal(&QObject::destroyed);
+    const QMetaMethod updateProxyProperties = slotOf<ProxyAction>("updateProxyProperties()");
+    const QMetaMethod onBackendActionDestroyed =
+        slotOf<ProxyAction>("onBackendActionDestroyed(QObject*)");
+};
+
+static const ProxyMethods& methods()
+{
+    static const ProxyMethods methods;
+    return methods;
+}
+
+QAction* _proxy_act_private::select() const
+{
+    if (backends.isEmpty())
+        return nullptr;
+    for (const QString& context : currentContext) {
+        if (QAction* action = backends.value(context))
+            return action;
+    }
+    return nullptr;
+}
+
+QHash<QString, QAction*>::iterator _proxy_act_private::findBackend(const QObject* action)
+{
+    return std::find(backends.begin(), backends.end(), action);
+}
+
+ProxyAction::ProxyAction(QObject* parent)
+    : QAction(parent)
+    , d(new _proxy_act_private)
+{
+    d->defaultProp = new QAction(this);
+    d->defaultProp->setEnabled(false);
+    updateProxyProperties();
+    connect(d->defaultProp, methods().changed, this, methods().updateProxyProperties);
+}
+
+ProxyAction::~ProxyAction()
+{
+    delete d;
+}
+
+void ProxyAction::addBackendAction(QAction* action, const QString& context)
+{
+    if (d->backends.contains(context)) {
+        qWarning() << this << "duplicated backend action register" << context << action;
+    } else {
+        Trace() << this << "add backend action" << context << action;
+        d->backends.insert(context, action);
+        connect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+    }
+    if (d->currentContext.contains(context))
+        updateProxy(false);
+}
+
+void ProxyAction::removeBackendAction(QAction* action)
+{
+    const auto it = d->findBackend(action);
+    if (it == d->backends.end()) {
+        qWarning() << this << "remove backend action" << action << "not found";
+        return;
+    }
+    Trace() << this << "remove backend action" << action;
+    d->backends.erase(it);
+    disconnect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+    if (d->activeBackend == action)
+        updateProxy(false);
+}
+
+QAction* ProxyAction::removeBackendContext(const QString& context)
+{
+    const auto it = d->backends.find(context);
+    if (it == d->backends.end()) {
+        qWarning() << this << "remove backend context" << context << "not found";
+        return nullptr;
+    }
+    QAction* const action = it.value();
+    Trace() << this << "remove backend context" << context << action;
+    d->backends.erase(it);
+    disconnect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+    if (d->activeBackend == action)
+        updateProxy(false);
+    return action;
+}
+
+QAction* ProxyAction::getBackendAction(const QString& context) const
+{
+    return d->backends.value(context);
+}
+
+void ProxyAction::setCurrentContext(const QStringList& contexts)
+{
+    if (d->currentContext == contexts)
+        return;
+    Trace() << this << "set context" << contexts;
+    d->currentContext = contexts;
+    updateProxy(false);
+}
+
+QStringList ProxyAction::currentContext() const
+{
+    return d->currentContext;
+}
+
+QAction* ProxyAction::currentActiveBackendAction() const
+{
+    return d->activeBackend;
+}
+
+QAction* ProxyAction::defaultProp() const
+{
+    return d->defaultProp;
+}
+
+// The old backend is disconnected before the properties are copied and the new one is connected
+// after: the copy sets the checked state, which must not echo into either of them.
+void ProxyAction::updateProxy(bool oldBackendDead)
+{
+    QAction* const candidate = d->select();
+    if (candidate == d->activeBackend)
+        return;
+    Trace() << this << "change active backend action to" << candidate;
+
+    const ProxyMethods& m = methods();
+    if (QAction* const old = d->activeBackend; old && !oldBackendDead) {
+        disconnect(old, m.changed, this, m.updateProxyProperties);
+        disconnect(this, m.triggered, old, m.triggered);
+        disconnect(this, m.toggled, old, m.toggled);
+        disconnect(this, m.hovered, old, m.hovered);
+    }
+    d->activeBackend = candidate;
+    updateProxyProperties();
+    if (candidate) {
+        connect(candidate, m.changed, this, m.updateProxyProperties);
+        connect(this, m.triggered, candidate, m.triggered);
+        connect(this, m.toggled, candidate, m.toggled);
+        connect(this, m.hovered, candidate, m.hovered);
+    }
+}
+
+void ProxyAction::onBackendActionDestroyed(QObject* dead)
+{
+    Trace() << this << "backend action destroyed" << dead;
+    const auto it = d->findBackend(dead);
+    if (it == d->backends.end())
+        return;
+    d->backends.erase(it);
+    if (d->activeBackend == dead)
+        updateProxy(true);
+}
+
+void ProxyAction::updateProxyProperties()
+{
+    const QAction* const fallback = d->defaultProp;
+    const QAction* const source = d->activeBackend ? d->activeBackend : fallback;
+
+    const auto text = [=](QString (QAction::*read)() const) {
+        const QString value = (source->*read)();
+        return value.isEmpty() ? (fallback->*read)() : value;
+    };
+
+    setEnabled(d->activeBackend && source->isEnabled());
+    setVisible(source->isVisible());
+    setCheckable(source->isCheckable());
+    setChecked(source->isChecked());
+    setText(text(&QAction::text));
+    setIcon(source->icon().isNull() ? fallback->icon() : source->icon());
+    setIconText(text(&QAction::iconText));
+    setShortcut(source->shortcut().isEmpty() ? fallback->shortcut() : source->shortcut());
+    setToolTip(text(&QAction::toolTip));
+    setStatusTip(text(&QAction::statusTip));
+    setWhatsThis(text(&QAction::whatsThis));
+}
+
+ProxyActionManager* ProxyActionManager::s_instance = nullptr;
+
+ProxyActionManager* ProxyActionManager::instance()
+{
+    if (!s_instance)
+        s_instance = new ProxyActionManager;
+    return s_instance;
+}
+
+ProxyActionManager::ProxyActionManager() = default;
+
+ProxyActionManager::~ProxyActionManager()
+{
+    s_instance = nullptr;
+}
+
+void ProxyActionManager::registerProxyAction(ProxyAction* action, const QString& id)
+{
+    if (proxyActions.contains(id)) {
+        qCritical() << this << "register proxy action" << id << action << "duplicated ID";
+        return;
+    }
+    Trace() << this << "register proxy action" << id << action;
+    proxyActions.insert(id, action);
+    action->setCurrentContext(currentContext);
+}
+
+ProxyAction* ProxyActionManager::getProxyAction(const QString& id)
+{
+    return proxyActions.value(id);
+}
+
+void ProxyActionManager::setCurrentContext(const QStringList& contexts)
+{
+    if (currentContext == contexts)
+        return;
+    Trace() << "set context and update for all proxy actions";
+    currentContext = contexts;
+    for (ProxyAction* action : qAsConst(proxyActions))
+        action->setCurrentContext(currentContext);
+}
+
+} // namespace Zentu
