@@ -2,6 +2,8 @@
 #include "trace_p.h"
 
 #include "ievent.h"
+#include "mdi_area.h"
+#include "option_dlg.h"
 
 #include <QAction>
 #include <QWidget>
@@ -35,6 +37,18 @@ Trace& Trace::operator<<(const IEvent* event)
 Trace& Trace::operator<<(const IEventHandler* handler)
 {
     qlogstream::operator<<(static_cast<const void*>(handler));
+    return *this;
+}
+
+Trace& Trace::operator<<(const IMdiSubWindow* window)
+{
+    debug << window;
+    return *this;
+}
+
+Trace& Trace::operator<<(const IOptionPage* page)
+{
+    debug << page;
     return *this;
 }
 

@@ -12,6 +12,8 @@ namespace Zentu {
 
 class IEvent;
 class IEventHandler;
+class IMdiSubWindow;
+class IOptionPage;
 
 /// One line of the trace. Its overloads choose the printer that `QDebug` would choose.
 class Trace : public wisp::qlogstream
@@ -27,6 +29,8 @@ public:
     Trace& operator<<(const QAction* action);
     Trace& operator<<(const IEvent* event);
     Trace& operator<<(const IEventHandler* handler);
+    Trace& operator<<(const IMdiSubWindow* window);
+    Trace& operator<<(const IOptionPage* page);
 
     template <typename T,
         typename = std::enable_if_t<!std::is_convertible_v<const T&, const QObject*>>>

@@ -1,0 +1,150 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "zentu_global.h"
+
+#include <QDebug>
+#include <QList>
+#include <QMdiSubWindow>
+#include <QString>
+#include <QWidget>
+
+namespace Zentu {
+
+class MdiArea;
+class _mdi_area_private;
+
+/**
+ * The base class of the documents that an MdiArea shows.
+ *
+ * Derive from it, set an editor with setWidget(), a windowTitle and, for the tab, a shorter title:
+ *
+ * @code
+ * auto* document = new TextDocument;
+ * document->setWindowTitle(QDir::toNativeSeparators(path));
+ * document->setShortTitle(QFileInfo(path).fileName());
+ * area->addWindow(document);
+ * @endcode
+ *
+ * A document that has been closed deletes itself later, as `Qt::WA_DeleteOnClose` is set. To refuse
+ * a close, override closeEvent() and ignore the event without calling this implementation. For the
+ * GUI thread only.
+ */
+class ZENTU_EXPORT IMdiSubWindow : public QMdiSubWindow
+{
+    Q_OBJECT
+    /// The title for the document's tab. Falls back to windowTitle. Empty by default.
+    Q_PROPERTY(QString shortTitle READ shortTitle WRITE setShortTitle)
+
+public:
+    /// Creates a document that is in no area, with `Qt::WA_DeleteOnClose` set.
+    explicit IMdiSubWindow(QWidget* parent = nullptr);
+
+    /// Destroys the document. An area is not told: documents leave it by being closed or removed.
+    ~IMdiSubWindow() override;
+
+    /// The short title, or windowTitle() if it is empty.
+    QString shortTitle() const;
+
+    /// Sets the short title and sends a `QEvent::WindowTitleChange` to the document, by which the
+    /// tab follows. Does nothing if @p title is the one that is already set.
+    void setShortTitle(const QString& title);
+
+    /// The area that shows the document, or null.
+    MdiArea* ownerArea() const;
+
+    /// Called by the area when the document becomes (true) or stops being (false) the current one.
+    /// Does nothing by default.
+    virtual void currentChanged(bool current);
+
+Q_SIGNALS:
+    /// The document was closed: the close has been accepted.
+    void closed();
+
+protected:
+    /// Lets QMdiSubWindow decide and emits closed() if the close is accepted.
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    friend class _mdi_area_private;
+
+    MdiArea* m_ownerArea = nullptr;
+    QString m_shortTitle;
+};
+
+/**
+ * Writes a document as `MdiWindow(0x..., "short title")`, without the title if there is none, and a
+ * null document as `MdiWindow(0x0)`.
+ *
+ * Leaves @p dbg in space mode with one blank written.
+ */
+ZENTU_EXPORT QDebug operator<<(QDebug dbg, const IMdiSubWindow* window);
+
+/**
+ * A document area: sub-windows that can be cascaded and tiled, with a tab bar at the bottom edge.
+ *
+ * Each document has a tab that shows its icon and short title, with its window title as tool tip.
+ * A click on a tab activates the document, its close button closes it, and a right click opens the
+ * document's system menu. Tabs can be dragged into another order.
+ *
+ * Documents are added with addWindow(), belong to the area from then on, and leave it when they are
+ * closed or removed. A document that is deleted in any other way leaves its tab behind.
+ *
+ * For the GUI thread only. No operation but those that say so checks for null.
+ */
+class ZENTU_EXPORT MdiArea : public QWidget
+{
+    Q_OBJECT
+
+public:
+    /// Creates an empty area.
+    explicit MdiArea(QWidget* parent = nullptr);
+
+    /// Destroys the area and the documents in it.
+    ~MdiArea() override;
+
+    /**
+     * Adds @p window with a tab at the end and shows it; the first document of an empty area is
+     * shown maximized.
+     *
+     * If it is in the area, warns "add view:" ... "already added" and changes nothing.
+     */
+    void addWindow(IMdiSubWindow* window);
+
+    /**
+     * Takes @p window out of the area without closing or deleting it; it has no parent then.
+     *
+     * currentSubWindow() follows with the next activation. If the document is not in the area,
+     * warns "remove view:" ... "not belong to this area" and changes nothing.
+     */
+    void removeWindow(IMdiSubWindow* window);
+
+    /// Closes @p window, wherever it is. Its tab goes when the close has been accepted.
+    void closeWindow(IMdiSubWindow* window);
+
+    /// Activates @p window. If it is not in the area (null included), warns "set current window:"
+    /// ... "not belong to this area" and changes nothing.
+    void setCurrentSubWindow(IMdiSubWindow* window);
+
+    /// The document that was last reported by currentSubWindowChanged(). Null by default.
+    IMdiSubWindow* currentSubWindow() const;
+
+    /// The documents in the order in which they were added, whatever the order of the tabs.
+    QList<IMdiSubWindow*> subWindows() const;
+
+    /// Lays the documents out in a cascade.
+    void cascadeSubWindows();
+
+    /// Lays the documents out as tiles.
+    void tileSubWindows();
+
+Q_SIGNALS:
+    /// Another document is current, or none (null). The documents concerned have been told by
+    /// IMdiSubWindow::currentChanged(), and the tab bar shows the new one.
+    void currentSubWindowChanged(IMdiSubWindow* current);
+
+private:
+    _mdi_area_private* d;
+};
+
+} // namespace Zentu
