@@ -100,10 +100,10 @@ QList<IEventHandler*> EventManager::getSubscribersFor(const QString& type)
 
 void EventManager::postEvent(IEvent* event, PostMode mode)
 {
-    static const QMetaMethod dispatch = slotOf<EventManager>("dispatch(IEvent*)");
+    static const QMetaMethod dispatchSlot = slotOf<EventManager>("dispatch(IEvent*)");
 
     Trace() << this << "post event" << event << static_cast<int>(mode);
-    dispatch.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
+    dispatchSlot.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
 }
 
 void EventManager::dispatch(IEvent* event)

@@ -25,10 +25,10 @@ class ZENTU_EXPORT Ui_OptionDialog
 public:
     void setupUi(QDialog* dialog);
 
-    QGridLayout* gridLayout;
-    QTreeWidget* catalog_tree;
-    QDialogButtonBox* btn_box;
-    QStackedWidget* stacked_widget;
+    QGridLayout* gridLayout = nullptr;
+    QTreeWidget* catalog_tree = nullptr;
+    QDialogButtonBox* btn_box = nullptr;
+    QStackedWidget* stacked_widget = nullptr;
 };
 
 /// The pages of an options dialog and what has been done with them.

@@ -1,0 +1,6 @@
+zentu_test(ievent)
+zentu_test(ievent_handler)
+zentu_test(event_mgr LABELS threads)
+zentu_test(event_mgr_threads LABELS threads)
+zentu_test(qlogstream)
+zentu_test(wisp LABELS threads)
