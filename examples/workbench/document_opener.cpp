@@ -1,0 +1,103 @@
+// SPDX-License-Identifier: MIT
+#include "document_opener.h"
+
+#include "document.h"
+#include "document_factory.h"
+#include "events.h"
+#include "object_pool.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+DocumentOpener* DocumentOpener::s_instance = nullptr;
+
+static constexpr qint64 LargestFile = 64LL * 1024 * 1024;
+
+// The factory that suits a path best, or null.
+static DocumentFactory* factoryFor(const QString& path)
+{
+    DocumentFactory* best = nullptr;
+    const QList<QObject*> published = Zentu::ObjectPool::instance()->allObjects();
+    for (QObject* object : published) {
+        auto* factory = qobject_cast<DocumentFactory*>(object);
+        if (factory && factory->rank(path) > (best ? best->rank(path) : 0))
+            best = factory;
+    }
+    return best;
+}
+
+DocumentOpener::DocumentOpener(QObject* parent)
+    : QObject(parent)
+{
+    s_instance = this;
+}
+
+DocumentOpener::~DocumentOpener()
+{
+    s_instance = nullptr;
+}
+
+void DocumentOpener::openPath(const QString& path)
+{
+    s_instance->openOne(path);
+}
+
+void DocumentOpener::open(const QStringList& paths)
+{
+    for (const QString& path : paths)
+        openOne(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
+}
+
+void DocumentOpener::openOne(const QString& path)
+{
+    if (Document* const shown = m_documents.value(path)) {
+        Q_EMIT requested(shown);
+        return;
+    }
+    QString error;
+    Document* const document = create(path, &error);
+    if (!document) {
+        Events::post(Events::DocumentFailed,
+            {{Events::Path, path}, {Events::Kind, QString()},
+                {Events::Bytes, QFileInfo(path).size()},
+                {Events::Message,
+                    tr("%1 could not be opened: %2").arg(QDir::toNativeSeparators(path), error)}});
+        return;
+    }
+    remember(document);
+    Q_EMIT opened(document);
+    Events::post(Events::DocumentOpened,
+        {{Events::Path, path}, {Events::Kind, document->kind()},
+            {Events::Bytes, document->bytes()}});
+}
+
+Document* DocumentOpener::create(const QString& path, QString* error) const
+{
+    const QFileInfo info(path);
+    DocumentFactory* const factory = factoryFor(path);
+    if (info.isDir())
+        *error = tr("it is a folder");
+    else if (info.exists() && info.size() > LargestFile)
+        *error = tr("it is larger than 64 MiB");
+    else if (factory)
+        return factory->open(path, error);
+    else
+        *error = info.exists() ? tr("it is no file") : tr("there is no such file");
+    return nullptr;
+}
+
+void DocumentOpener::remember(Document* document)
+{
+    m_documents.insert(document->path(), document);
+    connect(document, &Document::pathChanged, this,
+        [this, document](const QString& path, const QString& previous) {
+            m_documents.remove(previous);
+            m_documents.insert(path, document);
+        });
+    connect(document, &Document::closed, this, [this, document] {
+        m_documents.remove(document->path());
+        Events::post(Events::DocumentClosed,
+            {{Events::Path, document->path()}, {Events::Kind, document->kind()},
+                {Events::Bytes, document->bytes()}});
+    });
+}

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "document.h"
+
+#include <QPixmap>
+#include <QPoint>
+
+class QLabel;
+class QScrollArea;
+
+/// A picture, in its own size, zoomed or fitted into the window; dragged with the mouse.
+class ImageDocument : public Document
+{
+    Q_OBJECT
+
+public:
+    static const QString Kind;
+
+    /// Reads a file; null and the reason if it cannot be read.
+    static ImageDocument* open(const QString& path, QString* error);
+
+    QPixmap picture() const { return m_picture; }
+    double zoomFactor() const { return m_zoom; }
+    bool isFitted() const { return m_fitted; }
+
+    void zoomBy(double factor);
+    void showActualSize();
+    void setFitted(bool fitted);
+    bool saveAs();
+
+    void onFileChanged() override;
+
+Q_SIGNALS:
+    void zoomChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    ImageDocument(const QString& path, const QPixmap& picture);
+
+    void setZoom(double factor);
+    void applySettings();
+    void update();
+
+    QPixmap m_picture;
+    QScrollArea* m_area;
+    QLabel* m_label;
+    double m_zoom = 1;
+    bool m_fitted = false;
+    QPoint m_dragged;
+};

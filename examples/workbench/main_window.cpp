@@ -1,0 +1,248 @@
+// SPDX-License-Identifier: MIT
+#include "main_window.h"
+
+#include "action_mgr.h"
+#include "actions.h"
+#include "context_mgr.h"
+#include "document.h"
+#include "document_actions.h"
+#include "document_factory.h"
+#include "event_log.h"
+#include "glyph_icon.h"
+#include "lambda_slot.h"
+#include "mdi_area.h"
+#include "notice_bar.h"
+#include "object_pool.h"
+#include "option_dlg.h"
+#include "preference_pages.h"
+#include "proxy_act.h"
+#include "recent_files.h"
+#include "status_reporter.h"
+#include "word_count.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QFileDialog>
+#include <QLabel>
+#include <QMenu>
+#include <QMessageBox>
+#include <QMimeData>
+#include <QSettings>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QVBoxLayout>
+
+using Zentu::LambdaSlotWrapper;
+
+// A header and a few lines.
+static constexpr int LogHeight = 130;
+
+MainWindow::MainWindow()
+    : m_opener(this)
+    , m_guard(this)
+{
+    setObjectName(QStringLiteral("main_window"));
+    setWindowTitle(tr("Workbench"));
+    setWindowIcon(glyphIcon(QStringLiteral("workbench")));
+    setAcceptDrops(true);
+    createCentre();
+    createActions(this);
+    DocumentKind::publishAll(this);
+    fillMenus();
+    m_statusReporter = std::make_unique<StatusReporter>(statusBar());
+    addWordCount(this);
+
+    auto* contexts = Zentu::ContextManager::instance();
+    connect(contexts, &Zentu::ContextManager::contextChanged, this, [contexts] {
+        Zentu::ProxyActionManager::instance()->setCurrentContext(contexts->currentContexts());
+    });
+    contexts->addGlobalContext(Ids::WorkbenchContext);
+
+    connect(m_area, &Zentu::MdiArea::currentSubWindowChanged, this,
+        &MainWindow::onCurrentDocumentChanged);
+    connect(&m_opener, &DocumentOpener::opened, this, &MainWindow::showDocument);
+    connect(&m_opener, &DocumentOpener::requested, m_area, &Zentu::MdiArea::setCurrentSubWindow);
+    restore();
+}
+
+MainWindow::~MainWindow()
+{
+    // The documents go with the area, after this window has ceased to be one.
+    disconnect(m_area, nullptr, this, nullptr);
+    disconnect(Zentu::ContextManager::instance(), nullptr, this, nullptr);
+}
+
+void MainWindow::createCentre()
+{
+    auto* centre = new QWidget(this);
+    auto* layout = new QVBoxLayout(centre);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(new NoticeBar(centre));
+
+    m_centre = new QStackedWidget(centre);
+    auto* hint = new QLabel(
+        tr("No document is open.\n\nOpen files with Ctrl+O, or drop them here."), m_centre);
+    hint->setObjectName(QStringLiteral("empty_hint"));
+    hint->setAlignment(Qt::AlignCenter);
+    hint->setForegroundRole(QPalette::PlaceholderText);
+    hint->setWordWrap(true);
+    m_area = new Zentu::MdiArea(m_centre);
+    m_area->setObjectName(QStringLiteral("documents"));
+    m_area->setAccessibleName(tr("Documents"));
+    m_centre->addWidget(hint);
+    m_centre->addWidget(m_area);
+    layout->addWidget(m_centre, 1);
+    setCentralWidget(centre);
+}
+
+void MainWindow::fillMenus()
+{
+    auto* registry = Zentu::ActionManager::instance();
+    // Opening files works whatever the document, in the context that is always there.
+    auto* always = new DocumentActions(Ids::WorkbenchContext, this);
+    always->add(Ids::Open, [this] { chooseFiles(); })->setEnabled(true);
+
+    QMenu* const file = registry->getMenu(Ids::MenuFile);
+    auto* recentMenu = new QMenu(tr("Open &Recent"), file);
+    recentMenu->setObjectName(QStringLiteral("menu.recent"));
+    file->insertMenu(file->actions().at(1), recentMenu);
+    auto* recent = new RecentFiles(recentMenu, this);
+    connect(
+        recent, &RecentFiles::chosen, this, [this](const QString& path) { m_opener.open({path}); });
+
+    const auto add = [](QMenu* menu, const QString& text, const QString& name,
+                         const std::function<void()>& reaction,
+                         const QKeySequence& shortcut = QKeySequence()) {
+        QAction* const action = menu->addAction(text);
+        action->setObjectName(name);
+        action->setShortcut(shortcut);
+        LambdaSlotWrapper::connect(action, SIGNAL(triggered(bool)), reaction);
+    };
+    file->addSeparator();
+    add(
+        file, tr("&Quit"), QStringLiteral("file.quit"), [this] { close(); }, QKeySequence::Quit);
+
+    QMenu* const edit = registry->getMenu(Ids::MenuEdit);
+    edit->addSeparator();
+    add(
+        edit, tr("Pr&eferences..."), QStringLiteral("edit.preferences"),
+        [this] { showPreferences(); }, QKeySequence(Qt::CTRL | Qt::Key_Comma));
+
+    auto* log = new EventLog(this);
+    addDockWidget(Qt::BottomDockWidgetArea, log);
+    resizeDocks({log}, {LogHeight}, Qt::Vertical);
+    QMenu* const view = registry->getMenu(Ids::MenuView);
+    view->addSeparator();
+    log->toggleViewAction()->setText(tr("&Events"));
+    view->addAction(log->toggleViewAction());
+
+    QMenu* const window = registry->getMenu(Ids::MenuWindow);
+    add(window, tr("&Cascade"), QStringLiteral("window.cascade"),
+        [this] { m_area->cascadeSubWindows(); });
+    add(window, tr("&Tile"), QStringLiteral("window.tile"), [this] { m_area->tileSubWindows(); });
+
+    add(registry->getMenu(Ids::MenuHelp), tr("&About"), QStringLiteral("help.about"), [this] {
+        QMessageBox::about(this, tr("About the Workbench"),
+            tr("<p><b>Workbench 1.0</b></p>"
+               "<p>Opens text and image files, and shows the services of ZentuKit "
+               "at work.</p>"));
+    });
+}
+
+void MainWindow::open(const QStringList& files)
+{
+    m_opener.open(files);
+}
+
+void MainWindow::showDocument(Document* document)
+{
+    m_guard.add(document);
+    // The area goes out of sight with its last document, which is deleted later.
+    connect(document, &QObject::destroyed, this, &MainWindow::updateCentre, Qt::QueuedConnection);
+    m_centre->setCurrentWidget(m_area);
+    m_area->addWindow(document);
+}
+
+void MainWindow::updateCentre()
+{
+    if (m_area->subWindows().isEmpty())
+        m_centre->setCurrentIndex(0);
+}
+
+void MainWindow::onCurrentDocumentChanged(Zentu::IMdiSubWindow* current)
+{
+    auto* document = qobject_cast<Document*>(current);
+    const QString kind = document ? document->kind() : QString();
+    const QList<QObject*> published = Zentu::ObjectPool::instance()->allObjects();
+    for (QObject* object : published) {
+        if (auto* factory = qobject_cast<DocumentFactory*>(object))
+            factory->setCurrent(factory->kind() == kind ? document : nullptr);
+    }
+    if (kind == m_kind)
+        return;
+    if (!m_kind.isEmpty())
+        Zentu::ContextManager::instance()->removeContext(m_kind);
+    if (!kind.isEmpty())
+        Zentu::ContextManager::instance()->addContext(kind);
+    m_kind = kind;
+}
+
+void MainWindow::chooseFiles()
+{
+    m_opener.open(QFileDialog::getOpenFileNames(this, tr("Open")));
+}
+
+void MainWindow::showPreferences()
+{
+    const auto pages = preferencePages();
+    QList<Zentu::IOptionPage*> list;
+    for (const auto& page : pages)
+        list.append(page.get());
+    Zentu::OptionDialog dialog(list, this);
+    dialog.setObjectName(QStringLiteral("preferences"));
+    dialog.setWindowTitle(tr("Preferences"));
+    dialog.exec();
+}
+
+void MainWindow::restore()
+{
+    const QSettings settings;
+    if (!restoreGeometry(settings.value(QStringLiteral("window/geometry")).toByteArray()))
+        resize(1000, 700);
+    restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
+}
+
+// A document that refuses to be closed keeps the window open.
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    const QList<Zentu::IMdiSubWindow*> documents = m_area->subWindows();
+    for (Zentu::IMdiSubWindow* document : documents) {
+        if (!document->close()) {
+            event->ignore();
+            return;
+        }
+    }
+    QSettings settings;
+    settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
+    settings.setValue(QStringLiteral("window/state"), saveState());
+    QMainWindow::closeEvent(event);
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->mimeData()->hasUrls())
+        event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event)
+{
+    QStringList files;
+    const QList<QUrl> urls = event->mimeData()->urls();
+    for (const QUrl& url : urls) {
+        if (url.isLocalFile())
+            files.append(url.toLocalFile());
+    }
+    m_opener.open(files);
+    event->acceptProposedAction();
+}

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "document_opener.h"
+#include "file_guard.h"
+
+#include <QMainWindow>
+#include <QString>
+
+#include <memory>
+
+class Document;
+class NoticeBar;
+class QStackedWidget;
+class StatusReporter;
+
+namespace Zentu {
+class IMdiSubWindow;
+class MdiArea;
+} // namespace Zentu
+
+/// The window: documents in the middle, menus and actions around them.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    MainWindow();
+    ~MainWindow() override;
+
+    void open(const QStringList& files);
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+
+private:
+    void createCentre();
+    void fillMenus();
+    void showDocument(Document* document);
+    void onCurrentDocumentChanged(Zentu::IMdiSubWindow* current);
+    void updateCentre();
+    void chooseFiles();
+    void showPreferences();
+    void restore();
+
+    Zentu::MdiArea* m_area = nullptr;
+    QStackedWidget* m_centre = nullptr;
+    std::unique_ptr<StatusReporter> m_statusReporter;
+    DocumentOpener m_opener;
+    FileGuard m_guard;
+    QString m_kind;
+};

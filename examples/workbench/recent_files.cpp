@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "recent_files.h"
+
+#include "events.h"
+#include "ievent.h"
+#include "lambda_slot.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+#include <QSettings>
+
+static const QString Key = QStringLiteral("files/recent");
+static constexpr int MostFiles = 9;
+
+RecentFiles::RecentFiles(QMenu* menu, QObject* parent)
+    : QObject(parent)
+    , m_menu(menu)
+{
+    subscribe(Events::DocumentOpened);
+    fillMenu(QSettings().value(Key).toStringList());
+}
+
+void RecentFiles::handleEvent(Zentu::IEvent* event)
+{
+    const QString path = event->data().value(Events::Path).toString();
+    if (!QFileInfo(path).isFile())
+        return;
+    QStringList files = QSettings().value(Key).toStringList();
+    files.removeAll(path);
+    files.prepend(path);
+    setFiles(files.mid(0, MostFiles));
+}
+
+void RecentFiles::setFiles(const QStringList& files)
+{
+    QSettings().setValue(Key, files);
+    fillMenu(files);
+}
+
+void RecentFiles::fillMenu(const QStringList& files)
+{
+    m_menu->clear();
+    m_menu->setEnabled(!files.isEmpty());
+    int number = 0;
+    for (const QString& path : files) {
+        const QString name =
+            QDir::toNativeSeparators(path).replace(QLatin1Char('&'), QLatin1String("&&"));
+        QAction* const action = m_menu->addAction(QStringLiteral("&%1 %2").arg(++number).arg(name));
+        Zentu::LambdaSlotWrapper::connect(
+            action, SIGNAL(triggered(bool)), [this, path] { Q_EMIT chosen(path); });
+    }
+    if (files.isEmpty())
+        return;
+    m_menu->addSeparator();
+    Zentu::LambdaSlotWrapper::connect(
+        m_menu->addAction(tr("&Clear the List")), SIGNAL(triggered(bool)), [this] { setFiles({}); },
+        Qt::QueuedConnection);
+}

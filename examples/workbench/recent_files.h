@@ -1,0 +1,29 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "ievent_handler.h"
+
+#include <QObject>
+#include <QStringList>
+
+class QMenu;
+
+/// Keeps the files that were opened last and offers them in a menu.
+class RecentFiles : public QObject, public Zentu::IEventHandler
+{
+    Q_OBJECT
+
+public:
+    RecentFiles(QMenu* menu, QObject* parent);
+
+    void handleEvent(Zentu::IEvent* event) override;
+
+Q_SIGNALS:
+    void chosen(const QString& path);
+
+private:
+    void setFiles(const QStringList& files);
+    void fillMenu(const QStringList& files);
+
+    QMenu* m_menu;
+};

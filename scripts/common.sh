@@ -1,0 +1,52 @@
+# SPDX-License-Identifier: MIT
+# What the commands in this folder share; read by them with `.`.
+
+set -euo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+
+# What a build needs; the checks add to it.
+build_packages=(g++ cmake ninja-build qtbase5-dev fonts-dejavu-core)
+
+step() { printf '==> %s\n' "$*"; }
+
+die() {
+  printf '%s: %s\n' "$(basename "$0")" "$*" >&2
+  exit 1
+}
+
+# Installs the Debian packages that are missing, or prints the line that does.
+need() {
+  local missing=() package
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return
+  [ "$(id -u)" -eq 0 ] ||
+    die "packages are missing; run: sudo apt-get install --no-install-recommends ${missing[*]}"
+  step "Installing ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  local log
+  log=$(mktemp)
+  if ! { apt-get -q update && apt-get -q -y install --no-install-recommends "${missing[@]}"; } \
+    >"$log" 2>&1; then
+    tail -n 20 "$log" >&2
+    die "apt-get could not install ${missing[*]}"
+  fi
+  rm -f "$log"
+}
+
+configure() {
+  step "Configuring $1"
+  (cd "$top" && cmake --preset "$1" >/dev/null) || die "cannot configure $1"
+}
+
+# build PRESET TARGET...
+build() {
+  local preset=$1
+  shift
+  configure "$preset"
+  step "Building $preset"
+  NINJA_STATUS='[%f/%t] ' ninja -C "$top/build/$preset" --quiet "$@" ||
+    die "the $preset build failed"
+}
