@@ -1,0 +1,889 @@
+// SPDX-License-Identifier: MIT
+#include "proxy_act.h"
+
+#include "recorder.h"
+
+#include <QMenu>
+#include <QMetaMethod>
+#include <QPixmap>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace Support;
+using Zentu::ProxyAction;
+
+namespace {
+
+const QString A = QStringLiteral("A");
+const QString B = QStringLiteral("B");
+const QString X = QStringLiteral("X");
+
+QIcon icon(const QColor& color)
+{
+    QPixmap pixmap(4, 4);
+    pixmap.fill(color);
+    return QIcon(pixmap);
+}
+
+/// An action that tells how it is connected.
+class Backend : public QAction
+{
+public:
+    explicit Backend(QStringList* log = nullptr)
+        : QAction(nullptr)
+        , m_log(log)
+    {
+    }
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override { note("connect ", signal); }
+    void disconnectNotify(const QMetaMethod& signal) override { note("disconnect ", signal); }
+
+private:
+    void note(const char* what, const QMetaMethod& signal)
+    {
+        if (m_log)
+            m_log->append(QLatin1String(what) + QString::fromLatin1(signal.methodSignature()));
+    }
+
+    QStringList* m_log;
+};
+
+/// A proxy that tells how it is connected.
+class Proxy : public ProxyAction
+{
+public:
+    explicit Proxy(QStringList* log)
+        : m_log(log)
+    {
+    }
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override
+    {
+        m_log->append(
+            QLatin1String("proxy connect ") + QString::fromLatin1(signal.methodSignature()));
+    }
+    void disconnectNotify(const QMetaMethod& signal) override
+    {
+        m_log->append(
+            QLatin1String("proxy disconnect ") + QString::fromLatin1(signal.methodSignature()));
+    }
+
+private:
+    QStringList* m_log;
+};
+
+QString print(const QAction* action)
+{
+    return printed(action);
+}
+
+// How often an action has emitted each of its signals.
+struct Counts
+{
+    explicit Counts(QAction* action)
+        : changed(action, &QAction::changed)
+        , triggered(action, &QAction::triggered)
+        , toggled(action, &QAction::toggled)
+        , hovered(action, &QAction::hovered)
+    {
+    }
+
+    QList<int> take()
+    {
+        const QList<int> result = {
+            changed.count(), triggered.count(), toggled.count(), hovered.count()};
+        for (QSignalSpy* spy : {&changed, &triggered, &toggled, &hovered})
+            spy->clear();
+        return result;
+    }
+
+    QSignalSpy changed;
+    QSignalSpy triggered;
+    QSignalSpy toggled;
+    QSignalSpy hovered;
+};
+
+} // namespace
+
+class ProxyActionTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasTwoPrivateSlotsAndNothingElse();
+    void startsDisabledWithTheDefaultLook();
+    void followsTheDefaultAction();
+    void firstContextWithABackendWins_data();
+    void firstContextWithABackendWins();
+    void copiesElevenProperties_data();
+    void copiesElevenProperties();
+    void copiesNothingElse();
+    void defaultActionsEnabledStateNeverCounts();
+    void followsTheActiveBackendOnly();
+    void registrationIsTracedFirst();
+    void secondBackendOfAContextIsRefused();
+    void refusedRegistrationStillSelects();
+    void registrationForACurrentContextSwitches();
+    void contextListIsTracedThenStored();
+    void sameContextListDoesNothing();
+    void sameBackendIsNotSwitchedTo();
+    void switchIsTracedBeforeItHappens();
+    void switchDisconnectsCopiesAndConnects();
+    void nothingEchoesInASwitch();
+    void triggeringReachesTheBackendAlone();
+    void backendsCheckedStateComesBackAtTheNextCopy();
+    void directToggleReachesListenersTwice();
+    void hoverIsForwarded();
+    void removalByActionSwitches();
+    void removalOfAnUnknownActionIsRefused();
+    void removalLeavesOtherRegistrationsUnwatched();
+    void removalByContextReturnsTheAction();
+    void removalOfAnUnknownContextReturnsNull();
+    void dyingBackendIsDroppedWithoutADisconnect();
+    void dyingBackendOfTwoContextsIsDroppedTwice();
+    void dyingInactiveBackendChangesNothing();
+    void nullBackendIsStoredAndNeverSelected();
+    void connectionsAreThoseOfTheSignatures();
+    void backendsOutliveTheProxy();
+    void queriesAreCopies();
+};
+
+void ProxyActionTest::hasTwoPrivateSlotsAndNothingElse()
+{
+    const QMetaObject& meta = ProxyAction::staticMetaObject;
+    QCOMPARE(meta.className(), "Zentu::ProxyAction");
+    QCOMPARE(meta.superClass(), &QAction::staticMetaObject);
+    QStringList slots_;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
+        QCOMPARE(meta.method(i).access(), QMetaMethod::Private);
+        slots_.append(QString::fromLatin1(meta.method(i).methodSignature()));
+    }
+    QCOMPARE(slots_,
+        QStringList({QStringLiteral("onBackendActionDestroyed(QObject*)"),
+            QStringLiteral("updateProxyProperties()")}));
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(sizeof(ProxyAction), sizeof(QAction) + sizeof(void*));
+}
+
+void ProxyActionTest::startsDisabledWithTheDefaultLook()
+{
+    Recorder recorder;
+    QObject parent;
+    const auto* proxy = new ProxyAction(&parent);
+    QCOMPARE(proxy->parent(), &parent);
+    QVERIFY(!proxy->isEnabled());
+    QVERIFY(proxy->isVisible());
+    QVERIFY(proxy->text().isEmpty());
+    QVERIFY(proxy->currentContext().isEmpty());
+    QVERIFY(!proxy->currentActiveBackendAction());
+    QVERIFY(!proxy->getBackendAction(A));
+    QVERIFY(proxy->defaultProp());
+    QCOMPARE(proxy->defaultProp()->parent(), proxy);
+    QVERIFY(!proxy->defaultProp()->isEnabled());
+    QVERIFY(recorder.isEmpty());
+}
+
+void ProxyActionTest::followsTheDefaultAction()
+{
+    ProxyAction proxy;
+    proxy.defaultProp()->setText(QStringLiteral("default"));
+    QCOMPARE(proxy.text(), QStringLiteral("default"));
+    proxy.defaultProp()->setVisible(false);
+    QVERIFY(!proxy.isVisible());
+    proxy.defaultProp()->setVisible(true);
+    proxy.defaultProp()->setCheckable(true);
+    proxy.defaultProp()->setChecked(true);
+    QVERIFY(proxy.isVisible() && proxy.isCheckable() && proxy.isChecked());
+    QVERIFY(!proxy.isEnabled());
+}
+
+void ProxyActionTest::firstContextWithABackendWins_data()
+{
+    QTest::addColumn<QStringList>("contexts");
+    QTest::addColumn<QString>("active");
+    QTest::newRow("first") << QStringList({B, A}) << B;
+    QTest::newRow("other order") << QStringList({A, B}) << A;
+    QTest::newRow("unknown first") << QStringList({X, A}) << A;
+    QTest::newRow("unknown alone") << QStringList(X) << QString();
+    QTest::newRow("none") << QStringList() << QString();
+    QTest::newRow("case counts") << QStringList(QStringLiteral("a")) << QString();
+    QTest::newRow("null registered") << QStringList({QStringLiteral("null"), B}) << B;
+}
+
+void ProxyActionTest::firstContextWithABackendWins()
+{
+    QFETCH(QStringList, contexts);
+    QFETCH(QString, active);
+    QAction a(A);
+    QAction b(B);
+    ProxyAction proxy;
+    proxy.defaultProp()->setText(QStringLiteral("default"));
+    Recorder recorder;
+    proxy.addBackendAction(nullptr, QStringLiteral("null"));
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext(contexts);
+    QCOMPARE(proxy.currentContext(), contexts);
+    QCOMPARE(proxy.currentActiveBackendAction(),
+        active.isEmpty()  ? nullptr
+            : active == A ? &a
+                          : &b);
+    QCOMPARE(proxy.text(), active.isEmpty() ? QStringLiteral("default") : active);
+    QCOMPARE(proxy.isEnabled(), !active.isEmpty());
+    QCOMPARE(proxy.getBackendAction(A), &a);
+}
+
+void ProxyActionTest::copiesElevenProperties_data()
+{
+    QTest::addColumn<bool>("hasBackend");
+    QTest::addColumn<bool>("backendIsSet");
+    QTest::addColumn<bool>("defaultIsSet");
+    for (const bool backend : {false, true}) {
+        for (const bool set : {false, true}) {
+            for (const bool fallback : {false, true})
+                QTest::addRow("%s, %s, default %s", backend ? "backend" : "no backend",
+                    set ? "set" : "empty", fallback ? "set" : "empty")
+                    << backend << set << fallback;
+        }
+    }
+}
+
+void ProxyActionTest::copiesElevenProperties()
+{
+    QFETCH(bool, hasBackend);
+    QFETCH(bool, backendIsSet);
+    QFETCH(bool, defaultIsSet);
+    const auto set = [](QAction* action, const QString& prefix, const QColor& color) {
+        action->setText(prefix + QLatin1String("text"));
+        action->setIcon(icon(color));
+        action->setIconText(prefix + QLatin1String("iconText"));
+        action->setShortcut(color == Qt::red ? Qt::Key_F1 : Qt::Key_F2);
+        action->setToolTip(prefix + QLatin1String("toolTip"));
+        action->setStatusTip(prefix + QLatin1String("statusTip"));
+        action->setWhatsThis(prefix + QLatin1String("whatsThis"));
+        action->setVisible(false);
+        action->setCheckable(true);
+        action->setChecked(true);
+    };
+    QAction backend;
+    ProxyAction proxy;
+    QAction* const fallback = proxy.defaultProp();
+    if (backendIsSet)
+        set(&backend, QStringLiteral("backend "), Qt::red);
+    if (defaultIsSet)
+        set(fallback, QStringLiteral("default "), Qt::blue);
+    if (hasBackend) {
+        proxy.addBackendAction(&backend, A);
+        proxy.setCurrentContext({A});
+    }
+
+    const QAction* const state = hasBackend ? &backend : fallback;
+    const QAction* const look = hasBackend && backendIsSet ? &backend : fallback;
+    // Qt counts an action that cannot be seen as disabled.
+    QCOMPARE(proxy.isEnabled(), hasBackend && !backendIsSet);
+    QCOMPARE(proxy.isVisible(), state->isVisible());
+    QCOMPARE(proxy.isCheckable(), state->isCheckable());
+    QCOMPARE(proxy.isChecked(), state->isChecked());
+    QCOMPARE(proxy.text(), look->text());
+    QCOMPARE(proxy.icon().cacheKey(), look->icon().cacheKey());
+    QCOMPARE(proxy.iconText(), look->iconText());
+    QCOMPARE(proxy.shortcut(), look->shortcut());
+    QCOMPARE(proxy.toolTip(), look->toolTip());
+    QCOMPARE(proxy.statusTip(), look->statusTip());
+    QCOMPARE(proxy.whatsThis(), look->whatsThis());
+}
+
+void ProxyActionTest::copiesNothingElse()
+{
+    QMenu menu;
+    QAction backend;
+    QFont font;
+    font.setPointSize(40);
+    backend.setFont(font);
+    backend.setMenu(&menu);
+    backend.setMenuRole(QAction::QuitRole);
+    backend.setPriority(QAction::HighPriority);
+    backend.setShortcutContext(Qt::ApplicationShortcut);
+    backend.setAutoRepeat(false);
+    backend.setData(12);
+    const QAction plain;
+    ProxyAction proxy;
+    proxy.addBackendAction(&backend, A);
+    proxy.setCurrentContext({A});
+    QCOMPARE(proxy.font(), plain.font());
+    QVERIFY(!proxy.menu());
+    QCOMPARE(proxy.menuRole(), plain.menuRole());
+    QCOMPARE(proxy.priority(), plain.priority());
+    QCOMPARE(proxy.shortcutContext(), plain.shortcutContext());
+    QVERIFY(proxy.autoRepeat());
+    QVERIFY(!proxy.data().isValid());
+}
+
+void ProxyActionTest::defaultActionsEnabledStateNeverCounts()
+{
+    QAction backend;
+    ProxyAction proxy;
+    proxy.defaultProp()->setEnabled(true);
+    QVERIFY(!proxy.isEnabled());
+    proxy.addBackendAction(&backend, A);
+    proxy.setCurrentContext({A});
+    QVERIFY(proxy.isEnabled());
+    proxy.defaultProp()->setEnabled(false);
+    QVERIFY(proxy.isEnabled());
+    backend.setEnabled(false);
+    proxy.defaultProp()->setEnabled(true);
+    QVERIFY(!proxy.isEnabled());
+}
+
+void ProxyActionTest::followsTheActiveBackendOnly()
+{
+    QAction a;
+    QAction b;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    proxy.defaultProp()->setText(QStringLiteral("default"));
+    QCOMPARE(proxy.text(), QStringLiteral("default"));
+    a.setEnabled(false);
+    QVERIFY(!proxy.isEnabled());
+    a.setText(QStringLiteral("a"));
+    QCOMPARE(proxy.text(), QStringLiteral("a"));
+    b.setText(QStringLiteral("b"));
+    b.setEnabled(false);
+    QCOMPARE(proxy.text(), QStringLiteral("a"));
+    proxy.setCurrentContext({B});
+    a.setText(QStringLiteral("other"));
+    a.setEnabled(true);
+    QCOMPARE(proxy.text(), QStringLiteral("b"));
+    QVERIFY(!proxy.isEnabled());
+}
+
+void ProxyActionTest::registrationIsTracedFirst()
+{
+    QAction action;
+    ProxyAction proxy;
+    Recorder recorder;
+    const QAction* atTheLine = &action;
+    recorder.onEntry([&](const Entry&) { atTheLine = proxy.getBackendAction(A); });
+    proxy.addBackendAction(&action, A);
+    recorder.onEntry({});
+    QVERIFY(!atTheLine);
+    QCOMPARE(proxy.getBackendAction(A), &action);
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&proxy) + QLatin1String(" add backend action \"A\" ")
+            + print(&action) + QLatin1Char(' '))));
+}
+
+void ProxyActionTest::secondBackendOfAContextIsRefused()
+{
+    QAction first;
+    QStringList log;
+    Backend second(&log);
+    ProxyAction proxy;
+    proxy.addBackendAction(&first, A);
+    Recorder recorder;
+    proxy.addBackendAction(&second, A);
+    QCOMPARE(recorder.take(),
+        QStringList(warning(print(&proxy)
+            + QLatin1String(" duplicated backend action register \"A\" ") + print(&second))));
+    QCOMPARE(proxy.getBackendAction(A), &first);
+    QVERIFY(log.isEmpty());
+}
+
+// The context list may name a context whose null backend gave way to none; the last step of a
+// registration runs also when it was refused, and changes nothing.
+void ProxyActionTest::refusedRegistrationStillSelects()
+{
+    QAction first;
+    QAction second;
+    ProxyAction proxy;
+    proxy.setCurrentContext({A});
+    proxy.addBackendAction(&first, A);
+    QCOMPARE(proxy.currentActiveBackendAction(), &first);
+    Recorder recorder;
+    proxy.addBackendAction(&second, A);
+    QCOMPARE(recorder.take().size(), 1);
+    QCOMPARE(proxy.currentActiveBackendAction(), &first);
+}
+
+void ProxyActionTest::registrationForACurrentContextSwitches()
+{
+    QAction a(QStringLiteral("a"));
+    QAction b(QStringLiteral("b"));
+    ProxyAction proxy;
+    proxy.setCurrentContext({B, A});
+    Recorder recorder;
+    proxy.addBackendAction(&a, A);
+    QCOMPARE(proxy.currentActiveBackendAction(), &a);
+    const QStringList lines = recorder.take();
+    QCOMPARE(lines.size(), 2);
+    QVERIFY(lines.at(1).contains(QLatin1String(" change active backend action to ") + print(&a)));
+    proxy.addBackendAction(&b, B);
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    recorder.clear();
+    QAction x;
+    proxy.addBackendAction(&x, X);
+    QCOMPARE(recorder.take().size(), 1);
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+}
+
+void ProxyActionTest::contextListIsTracedThenStored()
+{
+    ProxyAction proxy;
+    proxy.setCurrentContext({X});
+    Recorder recorder;
+    QStringList atTheLine;
+    recorder.onEntry([&](const Entry&) { atTheLine = proxy.currentContext(); });
+    proxy.setCurrentContext({B, A});
+    recorder.onEntry({});
+    QCOMPARE(atTheLine, QStringList(X));
+    QCOMPARE(proxy.currentContext(), QStringList({B, A}));
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&proxy) + QLatin1String(" set context (\"B\", \"A\") "))));
+    proxy.setCurrentContext({});
+    QCOMPARE(
+        recorder.take(), QStringList(trace(print(&proxy) + QLatin1String(" set context () "))));
+}
+
+void ProxyActionTest::sameContextListDoesNothing()
+{
+    QAction a;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    Recorder recorder;
+    proxy.setCurrentContext({});
+    QVERIFY(recorder.isEmpty());
+    proxy.setCurrentContext({A, B});
+    QCOMPARE(recorder.take().size(), 2);
+    proxy.setCurrentContext({A, B});
+    QVERIFY(recorder.isEmpty());
+    proxy.setCurrentContext({B, A});
+    QCOMPARE(recorder.take().size(), 1);
+}
+
+void ProxyActionTest::sameBackendIsNotSwitchedTo()
+{
+    QStringList log;
+    Backend a(&log);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&a, B);
+    proxy.setCurrentContext({A});
+    log.clear();
+    Counts counts(&proxy);
+    Recorder recorder;
+    proxy.setCurrentContext({B});
+    QCOMPARE(recorder.take().size(), 1);
+    QCOMPARE(log, QStringList());
+    QCOMPARE(counts.take(), QList<int>({0, 0, 0, 0}));
+}
+
+void ProxyActionTest::switchIsTracedBeforeItHappens()
+{
+    QAction a(QStringLiteral("a"));
+    ProxyAction proxy;
+    proxy.defaultProp()->setText(QStringLiteral("default"));
+    proxy.addBackendAction(&a, A);
+    Recorder recorder;
+    QList<QAction*> atTheLines;
+    recorder.onEntry([&](const Entry&) { atTheLines.append(proxy.currentActiveBackendAction()); });
+    const QString before = print(&proxy);
+    proxy.setCurrentContext({A});
+    QCOMPARE(recorder.take(),
+        QStringList({trace(before + QLatin1String(" set context (\"A\") ")),
+            trace(before + QLatin1String(" change active backend action to ") + print(&a)
+                + QLatin1Char(' '))}));
+    const QString active = print(&proxy);
+    QVERIFY(active.contains(QLatin1String("text=\"a\"")));
+    proxy.setCurrentContext({X});
+    recorder.onEntry({});
+    QCOMPARE(recorder.take(),
+        QStringList({trace(active + QLatin1String(" set context (\"X\") ")),
+            trace(active + QLatin1String(" change active backend action to QAction(0x00) "))}));
+    QCOMPARE(atTheLines, QList<QAction*>({nullptr, nullptr, &a, &a}));
+}
+
+void ProxyActionTest::switchDisconnectsCopiesAndConnects()
+{
+    QStringList log;
+    Backend a(&log);
+    Backend b(&log);
+    a.setText(QStringLiteral("a"));
+    b.setText(QStringLiteral("b"));
+    Proxy proxy(&log);
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    log.clear();
+    connect(&proxy, &QAction::changed, &proxy, [&] {
+        if (proxy.text() == QLatin1String("b") && !log.contains(QLatin1String("copy")))
+            log.append(QStringLiteral("copy"));
+    });
+    log.clear();
+    proxy.setCurrentContext({B});
+    QCOMPARE(log,
+        QStringList({QStringLiteral("disconnect changed()"),
+            QStringLiteral("proxy disconnect triggered(bool)"),
+            QStringLiteral("proxy disconnect toggled(bool)"),
+            QStringLiteral("proxy disconnect hovered()"), QStringLiteral("copy"),
+            QStringLiteral("connect changed()"), QStringLiteral("proxy connect triggered(bool)"),
+            QStringLiteral("proxy connect toggled(bool)"),
+            QStringLiteral("proxy connect hovered()")}));
+}
+
+void ProxyActionTest::nothingEchoesInASwitch()
+{
+    QAction a;
+    QAction b;
+    for (QAction* action : {&a, &b})
+        action->setCheckable(true);
+    a.setChecked(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    Counts ofProxy(&proxy);
+    Counts ofA(&a);
+    Counts ofB(&b);
+    QVERIFY(proxy.isChecked());
+    proxy.setCurrentContext({B});
+    QVERIFY(!proxy.isChecked());
+    const QList<int> proxyCounts = ofProxy.take();
+    QCOMPARE(proxyCounts.mid(1), QList<int>({0, 1, 0}));
+    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    proxy.setCurrentContext({A});
+    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    QVERIFY(proxy.isChecked());
+}
+
+void ProxyActionTest::triggeringReachesTheBackendAlone()
+{
+    QAction a;
+    QAction b;
+    for (QAction* action : {&a, &b})
+        action->setCheckable(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    Counts ofA(&a);
+    Counts ofB(&b);
+    QSignalSpy triggered(&a, &QAction::triggered);
+    QSignalSpy toggled(&a, &QAction::toggled);
+    proxy.trigger();
+    QVERIFY(proxy.isChecked());
+    QVERIFY(!a.isChecked());
+    QCOMPARE(ofA.take(), QList<int>({0, 1, 1, 0}));
+    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(triggered.takeFirst(), QVariantList({true}));
+    QCOMPARE(toggled.takeFirst(), QVariantList({true}));
+
+    proxy.setCurrentContext({B});
+    proxy.trigger();
+    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<int>({0, 1, 1, 0}));
+    proxy.setCurrentContext({});
+    ofA.take();
+    proxy.setEnabled(true);
+    proxy.trigger();
+    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+}
+
+void ProxyActionTest::backendsCheckedStateComesBackAtTheNextCopy()
+{
+    QAction a;
+    a.setCheckable(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    proxy.trigger();
+    QVERIFY(proxy.isChecked() && !a.isChecked());
+    proxy.defaultProp()->setStatusTip(QStringLiteral("tip"));
+    QVERIFY(!proxy.isChecked());
+    proxy.trigger();
+    QVERIFY(proxy.isChecked());
+    a.setText(QStringLiteral("a"));
+    QVERIFY(!proxy.isChecked());
+}
+
+void ProxyActionTest::directToggleReachesListenersTwice()
+{
+    QAction a;
+    a.setCheckable(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    QSignalSpy toggled(&a, &QAction::toggled);
+    a.setChecked(true);
+    QCOMPARE(toggled.count(), 2);
+    QCOMPARE(toggled.at(0), QVariantList({true}));
+    QCOMPARE(toggled.at(1), QVariantList({true}));
+    QVERIFY(proxy.isChecked());
+}
+
+void ProxyActionTest::hoverIsForwarded()
+{
+    QAction a;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    Counts counts(&a);
+    proxy.hover();
+    QCOMPARE(counts.take(), QList<int>({0, 0, 0, 1}));
+}
+
+void ProxyActionTest::removalByActionSwitches()
+{
+    QStringList log;
+    Backend a(&log);
+    QAction b;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A, B});
+    log.clear();
+    Recorder recorder;
+    const QAction* atTheLine = nullptr;
+    recorder.onEntry([&](const Entry&) {
+        if (!atTheLine)
+            atTheLine = proxy.getBackendAction(A);
+    });
+    const QString before = print(&proxy);
+    proxy.removeBackendAction(&a);
+    recorder.onEntry({});
+    QCOMPARE(atTheLine, &a);
+    QVERIFY(!proxy.getBackendAction(A));
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QCOMPARE(recorder.take(),
+        QStringList({trace(before + QLatin1String(" remove backend action ") + print(&a)
+                         + QLatin1Char(' ')),
+            trace(before + QLatin1String(" change active backend action to ") + print(&b)
+                + QLatin1Char(' '))}));
+    QCOMPARE(log,
+        QStringList({QStringLiteral("disconnect destroyed(QObject*)"),
+            QStringLiteral("disconnect changed()")}));
+    proxy.removeBackendAction(&b);
+    QVERIFY(!proxy.currentActiveBackendAction());
+    QVERIFY(!proxy.isEnabled());
+}
+
+void ProxyActionTest::removalOfAnUnknownActionIsRefused()
+{
+    QAction a;
+    QStringList log;
+    Backend unknown(&log);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    Recorder recorder;
+    proxy.removeBackendAction(&unknown);
+    QCOMPARE(recorder.take(),
+        QStringList(warning(print(&proxy) + QLatin1String(" remove backend action ")
+            + print(&unknown) + QLatin1String(" not found"))));
+    QVERIFY(log.isEmpty());
+    QCOMPARE(proxy.getBackendAction(A), &a);
+}
+
+void ProxyActionTest::removalLeavesOtherRegistrationsUnwatched()
+{
+    auto action = std::make_unique<QAction>();
+    ProxyAction proxy;
+    proxy.addBackendAction(action.get(), A);
+    proxy.addBackendAction(action.get(), B);
+    proxy.removeBackendAction(action.get());
+    const bool staysAtA = proxy.getBackendAction(A);
+    QCOMPARE(static_cast<bool>(proxy.getBackendAction(B)), !staysAtA);
+    Recorder recorder;
+    action.reset();
+    QVERIFY(recorder.isEmpty());
+    QVERIFY(proxy.getBackendAction(staysAtA ? A : B));
+}
+
+void ProxyActionTest::removalByContextReturnsTheAction()
+{
+    QStringList log;
+    Backend a(&log);
+    QAction b;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&a, X);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A, B});
+    log.clear();
+    Recorder recorder;
+    const QString before = print(&proxy);
+    QCOMPARE(proxy.removeBackendContext(A), &a);
+    QCOMPARE(recorder.take(),
+        QStringList({trace(before + QLatin1String(" remove backend context \"A\" ") + print(&a)
+                         + QLatin1Char(' ')),
+            trace(before + QLatin1String(" change active backend action to ") + print(&b)
+                + QLatin1Char(' '))}));
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QVERIFY(!proxy.getBackendAction(A));
+    QCOMPARE(proxy.getBackendAction(X), &a);
+    QVERIFY(log.startsWith(QStringLiteral("disconnect destroyed(QObject*)")));
+    // The registration that stays is not watched any more.
+    QVERIFY(!QObject::disconnect(
+        &a, SIGNAL(destroyed(QObject*)), &proxy, SLOT(onBackendActionDestroyed(QObject*))));
+    QCOMPARE(proxy.removeBackendContext(X), &a);
+}
+
+void ProxyActionTest::removalOfAnUnknownContextReturnsNull()
+{
+    ProxyAction proxy;
+    Recorder recorder;
+    QVERIFY(!proxy.removeBackendContext(A));
+    QCOMPARE(recorder.take(),
+        QStringList(
+            warning(print(&proxy) + QLatin1String(" remove backend context \"A\" not found"))));
+}
+
+void ProxyActionTest::dyingBackendIsDroppedWithoutADisconnect()
+{
+    QStringList log;
+    auto a = std::make_unique<QAction>(QStringLiteral("a"));
+    QAction b(QStringLiteral("b"));
+    Proxy proxy(&log);
+    proxy.addBackendAction(a.get(), A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A, B});
+    log.clear();
+    const QString address = printed(static_cast<const void*>(a.get()));
+    Recorder recorder;
+    const QString before = print(&proxy);
+    QAction* atTheFirstLine = nullptr;
+    recorder.onEntry([&](const Entry&) {
+        if (!atTheFirstLine)
+            atTheFirstLine = proxy.getBackendAction(A);
+    });
+    a.reset();
+    recorder.onEntry({});
+    QVERIFY(atTheFirstLine);
+    QVERIFY(!proxy.getBackendAction(A));
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QCOMPARE(recorder.take(),
+        QStringList({trace(before + QLatin1String(" backend action destroyed QObject(") + address
+                         + QLatin1String(") ")),
+            trace(before + QLatin1String(" change active backend action to ") + print(&b)
+                + QLatin1Char(' '))}));
+    // Qt itself cuts the connections of the dead action, when the switch has made the new ones.
+    QCOMPARE(log.mid(0, 3),
+        QStringList({QStringLiteral("proxy connect triggered(bool)"),
+            QStringLiteral("proxy connect toggled(bool)"),
+            QStringLiteral("proxy connect hovered()")}));
+}
+
+void ProxyActionTest::dyingBackendOfTwoContextsIsDroppedTwice()
+{
+    auto a = std::make_unique<QAction>();
+    ProxyAction proxy;
+    proxy.addBackendAction(a.get(), A);
+    proxy.addBackendAction(a.get(), B);
+    proxy.setCurrentContext({A, B});
+    Recorder recorder;
+    a.reset();
+    const QStringList lines = recorder.take();
+    QCOMPARE(lines.filter(QStringLiteral(" backend action destroyed QObject(")).size(), 2);
+    QVERIFY(!proxy.getBackendAction(A));
+    QVERIFY(!proxy.getBackendAction(B));
+    QVERIFY(!proxy.currentActiveBackendAction());
+    QVERIFY(!proxy.isEnabled());
+}
+
+void ProxyActionTest::dyingInactiveBackendChangesNothing()
+{
+    QAction a;
+    auto b = std::make_unique<QAction>();
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(b.get(), B);
+    proxy.setCurrentContext({A});
+    Recorder recorder;
+    b.reset();
+    QCOMPARE(recorder.take().size(), 1);
+    QVERIFY(!proxy.getBackendAction(B));
+    QCOMPARE(proxy.currentActiveBackendAction(), &a);
+}
+
+void ProxyActionTest::nullBackendIsStoredAndNeverSelected()
+{
+    ProxyAction proxy;
+    proxy.setCurrentContext({A});
+    Recorder recorder;
+    proxy.addBackendAction(nullptr, A);
+    QCOMPARE(recorder.take(),
+        QStringList(
+            {trace(print(&proxy) + QLatin1String(" add backend action \"A\" QAction(0x00) ")),
+                warning(QStringLiteral(
+                    "QObject::connect: Cannot connect (nullptr)::destroyed(QObject*) to "
+                    "Zentu::ProxyAction::onBackendActionDestroyed(QObject*)"))}));
+    QVERIFY(!proxy.currentActiveBackendAction());
+    QAction a;
+    proxy.addBackendAction(&a, A);
+    QVERIFY(recorder.take().first().startsWith(QLatin1String("warning|")));
+    QVERIFY(!proxy.removeBackendContext(A));
+    QCOMPARE(recorder.take(),
+        QStringList(
+            {trace(print(&proxy) + QLatin1String(" remove backend context \"A\" QAction(0x00) ")),
+                warning(QStringLiteral("QObject::disconnect: Unexpected nullptr parameter"))}));
+    proxy.addBackendAction(&a, A);
+    QCOMPARE(proxy.currentActiveBackendAction(), &a);
+}
+
+void ProxyActionTest::connectionsAreThoseOfTheSignatures()
+{
+    QAction a;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    QVERIFY(disconnect(
+        &a, SIGNAL(destroyed(QObject*)), &proxy, SLOT(onBackendActionDestroyed(QObject*))));
+    QVERIFY(disconnect(&a, SIGNAL(changed()), &proxy, SLOT(updateProxyProperties())));
+    QVERIFY(disconnect(&proxy, SIGNAL(triggered(bool)), &a, SIGNAL(triggered(bool))));
+    QVERIFY(disconnect(&proxy, SIGNAL(toggled(bool)), &a, SIGNAL(toggled(bool))));
+    QVERIFY(disconnect(&proxy, SIGNAL(hovered()), &a, SIGNAL(hovered())));
+    QVERIFY(
+        disconnect(proxy.defaultProp(), SIGNAL(changed()), &proxy, SLOT(updateProxyProperties())));
+    // There were no others.
+    QVERIFY(!disconnect(&a, nullptr, &proxy, nullptr));
+    QVERIFY(!disconnect(&proxy, nullptr, &a, nullptr));
+    QVERIFY(!disconnect(proxy.defaultProp(), nullptr, &proxy, nullptr));
+}
+
+void ProxyActionTest::backendsOutliveTheProxy()
+{
+    QAction a;
+    QPointer<QAction> fallback;
+    {
+        ProxyAction proxy;
+        fallback = proxy.defaultProp();
+        proxy.addBackendAction(&a, A);
+        proxy.setCurrentContext({A});
+    }
+    QVERIFY(!fallback);
+    Recorder recorder;
+    a.setText(QStringLiteral("a"));
+    a.trigger();
+    QVERIFY(recorder.isEmpty());
+}
+
+void ProxyActionTest::queriesAreCopies()
+{
+    ProxyAction proxy;
+    proxy.setCurrentContext({A});
+    QStringList list = proxy.currentContext();
+    list.append(B);
+    QCOMPARE(proxy.currentContext(), QStringList(A));
+}
+
+QTEST_MAIN(ProxyActionTest)
+#include "tst_proxy_action.moc"

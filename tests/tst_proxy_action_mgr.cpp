@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: MIT
+#include "proxy_act.h"
+
+#include "recorder.h"
+
+#include <QTest>
+
+#include <memory>
+
+using namespace Support;
+using namespace Zentu;
+
+namespace {
+
+const QString A = QStringLiteral("A");
+const QString B = QStringLiteral("B");
+const QString E = QStringLiteral("E");
+
+QString print(const QObject* object)
+{
+    return printed(object);
+}
+
+QString printAction(const QAction* action)
+{
+    return printed(action);
+}
+
+} // namespace
+
+class ProxyActionManagerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasNothingOfItsOwn();
+    void deletedSingletonIsMadeAnew();
+    void anyManagerThatDiesClearsTheSingleton();
+    void registrationIsTracedThenDone();
+    void takenIdentifierIsRefused();
+    void registeredActionGetsTheContexts();
+    void contextsReachActionsInOrderOfIdentifiers();
+    void sameContextsDoNothing();
+    void contextsAreStoredBeforeTheyAreHandedOn();
+    void actionsOutliveTheManager();
+};
+
+void ProxyActionManagerTest::hasNothingOfItsOwn()
+{
+    const QMetaObject& meta = ProxyActionManager::staticMetaObject;
+    QCOMPARE(meta.className(), "Zentu::ProxyActionManager");
+    QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
+    QCOMPARE(meta.methodCount(), meta.methodOffset());
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(sizeof(ProxyActionManager), sizeof(QObject) + 2 * sizeof(void*));
+}
+
+void ProxyActionManagerTest::deletedSingletonIsMadeAnew()
+{
+    ProxyAction action;
+    ProxyActionManager* const first = ProxyActionManager::instance();
+    QCOMPARE(ProxyActionManager::instance(), first);
+    QVERIFY(!first->parent());
+    first->registerProxyAction(&action, A);
+    delete first;
+    QVERIFY(!ProxyActionManager::instance()->getProxyAction(A));
+    delete ProxyActionManager::instance();
+}
+
+void ProxyActionManagerTest::anyManagerThatDiesClearsTheSingleton()
+{
+    ProxyActionManager* const first = ProxyActionManager::instance();
+    const std::unique_ptr<ProxyActionManager> owner(first);
+    {
+        const ProxyActionManager other;
+        QCOMPARE(ProxyActionManager::instance(), first);
+    }
+    ProxyActionManager* const second = ProxyActionManager::instance();
+    QVERIFY(second != first);
+    delete second;
+}
+
+void ProxyActionManagerTest::registrationIsTracedThenDone()
+{
+    ProxyActionManager manager;
+    ProxyAction action;
+    Recorder recorder;
+    const ProxyAction* atTheLine = &action;
+    recorder.onEntry([&](const Entry&) { atTheLine = manager.getProxyAction(A); });
+    manager.registerProxyAction(&action, A);
+    recorder.onEntry({});
+    QVERIFY(!atTheLine);
+    QCOMPARE(manager.getProxyAction(A), &action);
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&manager) + QLatin1String(" register proxy action \"A\" ")
+            + printAction(&action) + QLatin1Char(' '))));
+    QVERIFY(!manager.getProxyAction(QStringLiteral("a")));
+    QVERIFY(recorder.isEmpty());
+}
+
+void ProxyActionManagerTest::takenIdentifierIsRefused()
+{
+    ProxyActionManager manager;
+    ProxyAction first;
+    ProxyAction second;
+    manager.registerProxyAction(&first, A);
+    manager.setCurrentContext({E});
+    second.setCurrentContext({B});
+    Recorder recorder;
+    manager.registerProxyAction(&second, A);
+    QCOMPARE(recorder.take(),
+        QStringList(critical(print(&manager) + QLatin1String(" register proxy action \"A\" ")
+            + printAction(&second) + QLatin1String(" duplicated ID"))));
+    QCOMPARE(manager.getProxyAction(A), &first);
+    QCOMPARE(second.currentContext(), QStringList(B));
+}
+
+void ProxyActionManagerTest::registeredActionGetsTheContexts()
+{
+    ProxyActionManager manager;
+    manager.setCurrentContext({E});
+    QAction backend;
+    ProxyAction action;
+    action.addBackendAction(&backend, E);
+    action.setCurrentContext({B});
+    manager.registerProxyAction(&action, A);
+    QCOMPARE(action.currentContext(), QStringList(E));
+    QCOMPARE(action.currentActiveBackendAction(), &backend);
+}
+
+void ProxyActionManagerTest::contextsReachActionsInOrderOfIdentifiers()
+{
+    ProxyActionManager manager;
+    ProxyAction b;
+    ProxyAction a;
+    ProxyAction lower;
+    manager.registerProxyAction(&lower, QStringLiteral("a"));
+    manager.registerProxyAction(&b, B);
+    manager.registerProxyAction(&a, A);
+    Recorder recorder;
+    manager.setCurrentContext({E});
+    const auto line = [](const QAction& action) {
+        return trace(printAction(&action) + QLatin1String(" set context (\"E\") "));
+    };
+    QCOMPARE(recorder.take(),
+        QStringList({trace(QStringLiteral("set context and update for all proxy actions ")),
+            line(a), line(b), line(lower)}));
+}
+
+void ProxyActionManagerTest::sameContextsDoNothing()
+{
+    ProxyActionManager manager;
+    ProxyAction action;
+    manager.registerProxyAction(&action, A);
+    Recorder recorder;
+    manager.setCurrentContext({});
+    QVERIFY(recorder.isEmpty());
+    manager.setCurrentContext({A, B});
+    QCOMPARE(recorder.take().size(), 2);
+    action.setCurrentContext({E});
+    recorder.clear();
+    manager.setCurrentContext({A, B});
+    QVERIFY(recorder.isEmpty());
+    QCOMPARE(action.currentContext(), QStringList(E));
+    manager.setCurrentContext({B, A});
+    QCOMPARE(recorder.take().size(), 2);
+}
+
+void ProxyActionManagerTest::contextsAreStoredBeforeTheyAreHandedOn()
+{
+    ProxyActionManager manager;
+    QAction backend;
+    ProxyAction action;
+    ProxyAction late;
+    action.addBackendAction(&backend, E);
+    manager.registerProxyAction(&action, A);
+    connect(&action, &QAction::changed, this, [&] {
+        if (!manager.getProxyAction(B))
+            manager.registerProxyAction(&late, B);
+    });
+    manager.setCurrentContext({E});
+    QCOMPARE(late.currentContext(), QStringList(E));
+}
+
+void ProxyActionManagerTest::actionsOutliveTheManager()
+{
+    ProxyAction action;
+    {
+        ProxyActionManager manager;
+        manager.registerProxyAction(&action, A);
+    }
+    action.setText(QStringLiteral("alive"));
+    QCOMPARE(action.text(), QStringLiteral("alive"));
+}
+
+QTEST_MAIN(ProxyActionManagerTest)
+#include "tst_proxy_action_mgr.moc"
