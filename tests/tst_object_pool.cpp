@@ -1,0 +1,329 @@
+// SPDX-License-Identifier: MIT
+#include "object_pool.h"
+
+#include "recorder.h"
+
+#include <QMetaMethod>
+#include <QTest>
+#include <QThread>
+
+#include <future>
+#include <memory>
+#include <thread>
+
+using namespace Support;
+using Zentu::ObjectPool;
+
+namespace {
+
+QString print(const QObject* object)
+{
+    return printed(object);
+}
+
+using Objects = QList<QObject*>;
+
+bool canRead(ObjectPool* pool)
+{
+    std::packaged_task<void()> task([pool] { pool->allObjects(); });
+    std::future<void> done = task.get_future();
+    std::thread reader(std::move(task));
+    const bool read = done.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
+    reader.detach();
+    return read;
+}
+
+} // namespace
+
+class ObjectPoolTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void hasOnePrivateSlotAndNothingElse();
+    void thereIsOneSingleton();
+    void additionIsTracedThenDone();
+    void secondAdditionIsRefused();
+    void removalIsTracedThenDone();
+    void unknownObjectIsNotRemoved();
+    void destroyedObjectLeaves();
+    void removedObjectIsNotHeardOf();
+    void clearForgetsAllObjects();
+    void linesAreWrittenUnderTheLockOrBeforeIt_data();
+    void linesAreWrittenUnderTheLockOrBeforeIt();
+    void listIsACopyInOrderOfAddition();
+    void nullIsListedOnce();
+    void connectionIsThatOfTheSignatures();
+    void dyingPoolLeavesItsObjectsAlone();
+    void objectOfAnotherThreadIsPrintedByItsAddress();
+};
+
+void ObjectPoolTest::hasOnePrivateSlotAndNothingElse()
+{
+    const QMetaObject& meta = ObjectPool::staticMetaObject;
+    QCOMPARE(meta.className(), "Zentu::ObjectPool");
+    QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
+    const QMetaMethod slot = meta.method(meta.methodOffset());
+    QCOMPARE(slot.methodSignature(), QByteArray("onObjectDestroyed(QObject*)"));
+    QCOMPARE(slot.methodType(), QMetaMethod::Slot);
+    QCOMPARE(slot.access(), QMetaMethod::Private);
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(sizeof(ObjectPool), sizeof(QObject) + sizeof(QReadWriteLock) + sizeof(void*));
+}
+
+void ObjectPoolTest::thereIsOneSingleton()
+{
+    Recorder recorder;
+    ObjectPool* const pool = ObjectPool::instance();
+    QCOMPARE(ObjectPool::instance(), pool);
+    QVERIFY(!pool->parent());
+    QVERIFY(pool->allObjects().isEmpty());
+    {
+        const ObjectPool other;
+    }
+    QCOMPARE(ObjectPool::instance(), pool);
+    QVERIFY(recorder.isEmpty());
+}
+
+void ObjectPoolTest::additionIsTracedThenDone()
+{
+    ObjectPool pool;
+    QObject object;
+    object.setObjectName(QStringLiteral("name"));
+    Recorder recorder;
+    pool.addObject(&object);
+    QCOMPARE(recorder.take(),
+        QStringList(trace(
+            print(&pool) + QLatin1String(" add object: ") + print(&object) + QLatin1Char(' '))));
+    QCOMPARE(pool.allObjects(), Objects({&object}));
+}
+
+void ObjectPoolTest::secondAdditionIsRefused()
+{
+    ObjectPool pool;
+    auto object = std::make_unique<QObject>();
+    pool.addObject(object.get());
+    Recorder recorder;
+    pool.addObject(object.get());
+    QCOMPARE(recorder.take(),
+        QStringList(warning(print(&pool) + QLatin1String(" add object: ") + print(object.get())
+            + QLatin1String(" already exists"))));
+    QCOMPARE(pool.allObjects(), Objects({object.get()}));
+    object.reset();
+    QCOMPARE(recorder.take().size(), 1); // one connection
+}
+
+void ObjectPoolTest::removalIsTracedThenDone()
+{
+    ObjectPool pool;
+    QObject a;
+    QObject b;
+    pool.addObject(&a);
+    pool.addObject(&b);
+    Recorder recorder;
+    pool.removeObject(&a);
+    QCOMPARE(recorder.take(),
+        QStringList(trace(
+            print(&pool) + QLatin1String(" remove object: ") + print(&a) + QLatin1Char(' '))));
+    QCOMPARE(pool.allObjects(), Objects({&b}));
+}
+
+void ObjectPoolTest::unknownObjectIsNotRemoved()
+{
+    ObjectPool pool;
+    QObject a;
+    QObject b;
+    pool.addObject(&a);
+    Recorder recorder;
+    pool.removeObject(&b);
+    QCOMPARE(recorder.take(),
+        QStringList(warning(print(&pool) + QLatin1String(" remove object: ") + print(&b)
+            + QLatin1String(" not found"))));
+    QCOMPARE(pool.allObjects(), Objects({&a}));
+}
+
+void ObjectPoolTest::destroyedObjectLeaves()
+{
+    ObjectPool pool;
+    QObject a;
+    auto b = std::make_unique<QThread>();
+    b->setObjectName(QStringLiteral("b"));
+    QObject c;
+    pool.addObject(&a);
+    pool.addObject(b.get());
+    pool.addObject(&c);
+    const QString address = printed(static_cast<const void*>(b.get()));
+    Recorder recorder;
+    Objects atTheLine;
+    recorder.onEntry([&](const Entry&) { atTheLine = pool.allObjects(); });
+    b.reset();
+    recorder.onEntry({});
+    QCOMPARE(atTheLine.size(), 3);
+    QCOMPARE(pool.allObjects(), Objects({&a, &c}));
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(") + address
+            + QLatin1String(", name = \"b\") "))));
+}
+
+void ObjectPoolTest::removedObjectIsNotHeardOf()
+{
+    ObjectPool pool;
+    auto object = std::make_unique<QObject>();
+    pool.addObject(object.get());
+    pool.removeObject(object.get());
+    Recorder recorder;
+    object.reset();
+    QVERIFY(recorder.isEmpty());
+}
+
+void ObjectPoolTest::clearForgetsAllObjects()
+{
+    ObjectPool pool;
+    auto a = std::make_unique<QObject>();
+    QObject b;
+    pool.addObject(a.get());
+    pool.addObject(&b);
+    Recorder recorder;
+    int atTheLine = 0;
+    recorder.onEntry([&](const Entry&) { atTheLine = pool.allObjects().size(); });
+    pool.clear();
+    recorder.onEntry({});
+    QCOMPARE(atTheLine, 2);
+    QVERIFY(pool.allObjects().isEmpty());
+    QCOMPARE(
+        recorder.take(), QStringList(trace(print(&pool) + QLatin1String(" clear all objects "))));
+    a.reset();
+    QVERIFY(recorder.isEmpty());
+    pool.addObject(&b);
+    QCOMPARE(pool.allObjects(), Objects({&b}));
+}
+
+void ObjectPoolTest::linesAreWrittenUnderTheLockOrBeforeIt_data()
+{
+    QTest::addColumn<QString>("operation");
+    QTest::addColumn<bool>("locked");
+    QTest::newRow("add") << QStringLiteral("add") << true;
+    QTest::newRow("add twice") << QStringLiteral("add twice") << true;
+    QTest::newRow("remove") << QStringLiteral("remove") << true;
+    QTest::newRow("remove unknown") << QStringLiteral("remove unknown") << true;
+    QTest::newRow("clear") << QStringLiteral("clear") << false;
+    QTest::newRow("destroy") << QStringLiteral("destroy") << false;
+}
+
+void ObjectPoolTest::linesAreWrittenUnderTheLockOrBeforeIt()
+{
+    QFETCH(QString, operation);
+    QFETCH(bool, locked);
+    // Lives on, as a reader may still wait for its lock.
+    auto* pool = new ObjectPool;
+    auto object = std::make_unique<QObject>();
+    if (operation != QLatin1String("add") && operation != QLatin1String("remove unknown"))
+        pool->addObject(object.get());
+    Recorder recorder;
+    int lines = 0;
+    bool couldRead = false;
+    recorder.onEntry([&](const Entry&) {
+        ++lines;
+        couldRead = canRead(pool);
+    });
+    if (operation.startsWith(QLatin1String("add")))
+        pool->addObject(object.get());
+    else if (operation.startsWith(QLatin1String("remove")))
+        pool->removeObject(object.get());
+    else if (operation == QLatin1String("clear"))
+        pool->clear();
+    else
+        object.reset();
+    recorder.onEntry({});
+    QCOMPARE(lines, 1);
+    QCOMPARE(couldRead, !locked);
+    QVERIFY(canRead(pool));
+    object.reset();
+    delete pool;
+}
+
+void ObjectPoolTest::listIsACopyInOrderOfAddition()
+{
+    ObjectPool pool;
+    QObject a;
+    QObject b;
+    QObject c;
+    for (QObject* object : {&b, &a, &c})
+        pool.addObject(object);
+    const Objects list = pool.allObjects();
+    pool.removeObject(&a);
+    QCOMPARE(list, Objects({&b, &a, &c}));
+    pool.addObject(&a);
+    QCOMPARE(pool.allObjects(), Objects({&b, &c, &a}));
+}
+
+void ObjectPoolTest::nullIsListedOnce()
+{
+    ObjectPool pool;
+    Recorder recorder;
+    pool.addObject(nullptr);
+    QCOMPARE(recorder.take(),
+        QStringList({trace(print(&pool) + QLatin1String(" add object: QObject(0x0) ")),
+            warning(
+                QStringLiteral("QObject::connect: Cannot connect (nullptr)::destroyed(QObject*) to "
+                               "Zentu::ObjectPool::onObjectDestroyed(QObject*)"))}));
+    pool.addObject(nullptr);
+    QCOMPARE(recorder.take(),
+        QStringList(
+            warning(print(&pool) + QLatin1String(" add object: QObject(0x0) already exists"))));
+    QCOMPARE(pool.allObjects(), Objects({nullptr}));
+    pool.removeObject(nullptr);
+    QCOMPARE(recorder.take(),
+        QStringList({trace(print(&pool) + QLatin1String(" remove object: QObject(0x0) ")),
+            warning(QStringLiteral("QObject::disconnect: Unexpected nullptr parameter"))}));
+    QVERIFY(pool.allObjects().isEmpty());
+}
+
+void ObjectPoolTest::connectionIsThatOfTheSignatures()
+{
+    ObjectPool pool;
+    QObject object;
+    pool.addObject(&object);
+    QVERIFY(
+        disconnect(&object, SIGNAL(destroyed(QObject*)), &pool, SLOT(onObjectDestroyed(QObject*))));
+    QVERIFY(!disconnect(&object, nullptr, &pool, nullptr));
+}
+
+void ObjectPoolTest::dyingPoolLeavesItsObjectsAlone()
+{
+    auto object = std::make_unique<QObject>();
+    {
+        ObjectPool pool;
+        pool.addObject(object.get());
+    }
+    object->setObjectName(QStringLiteral("alive"));
+    Recorder recorder;
+    object.reset();
+    QVERIFY(recorder.isEmpty());
+}
+
+void ObjectPoolTest::objectOfAnotherThreadIsPrintedByItsAddress()
+{
+    ObjectPool pool;
+    auto* object = new QObject;
+    object->setObjectName(QStringLiteral("gone by then"));
+    const QString address = printed(static_cast<const void*>(object));
+    QThread thread;
+    thread.start();
+    object->moveToThread(&thread);
+    pool.addObject(object);
+    Recorder recorder;
+    object->deleteLater();
+    thread.quit();
+    QVERIFY(thread.wait());
+    QVERIFY(recorder.isEmpty());
+    QCOMPARE(pool.allObjects(), Objects({object}));
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(") + address
+            + QLatin1String(") "))));
+}
+
+QTEST_GUILESS_MAIN(ObjectPoolTest)
+#include "tst_object_pool.moc"

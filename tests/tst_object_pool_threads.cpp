@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: MIT
+#include "object_pool.h"
+
+#include <QTest>
+#include <QThread>
+
+#include <atomic>
+#include <memory>
+#include <thread>
+#include <vector>
+
+using Zentu::ObjectPool;
+
+class ObjectPoolThreadsTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void objectsComeAndGoInAllThreads();
+    void objectsDieInTheirOwnThreads();
+    void poolIsClearedWhileObjectsDie();
+};
+
+void ObjectPoolThreadsTest::objectsComeAndGoInAllThreads()
+{
+    ObjectPool pool;
+    QObject lasting;
+    pool.addObject(&lasting);
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&pool] {
+            for (int i = 0; i < 200; ++i) {
+                QObject object;
+                pool.addObject(&object);
+                QVERIFY(pool.allObjects().contains(&object));
+                pool.removeObject(&object);
+                QVERIFY(!pool.allObjects().contains(&object));
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(pool.allObjects(), QList<QObject*>({&lasting}));
+}
+
+void ObjectPoolThreadsTest::objectsDieInTheirOwnThreads()
+{
+    constexpr int Threads = 4;
+    constexpr int Objects = 200;
+    ObjectPool pool;
+    std::atomic<int> added{0};
+    std::vector<std::thread> threads;
+    for (int t = 0; t < Threads; ++t) {
+        threads.emplace_back([&] {
+            std::vector<std::unique_ptr<QObject>> objects;
+            for (int i = 0; i < Objects; ++i) {
+                objects.push_back(std::make_unique<QObject>());
+                objects.back()->setObjectName(QStringLiteral("object %1").arg(i));
+                pool.addObject(objects.back().get());
+            }
+            // No object is created at the address of one that the pool has not heard the end of.
+            ++added;
+            while (added < Threads)
+                std::this_thread::yield();
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    QCOMPARE(pool.allObjects().size(), Threads * Objects);
+    // What died is told by the event loop of this thread, which prints the addresses of the dead.
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+}
+
+void ObjectPoolThreadsTest::poolIsClearedWhileObjectsDie()
+{
+    ObjectPool pool;
+    std::atomic<bool> stop{false};
+    std::thread clearing([&] {
+        while (!stop)
+            pool.clear();
+    });
+    for (int i = 0; i < 500; ++i) {
+        QObject object;
+        pool.addObject(&object);
+    }
+    stop = true;
+    clearing.join();
+    QVERIFY(pool.allObjects().isEmpty());
+}
+
+QTEST_GUILESS_MAIN(ObjectPoolThreadsTest)
+#include "tst_object_pool_threads.moc"
