@@ -1,0 +1,626 @@
+// SPDX-License-Identifier: MIT
+#include "mdi_area.h"
+
+#include "recorder.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QMdiArea>
+#include <QMenu>
+#include <QMetaMethod>
+#include <QPointer>
+#include <QSignalSpy>
+#include <QTabBar>
+#include <QTest>
+#include <QTimer>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include <memory>
+
+using namespace Support;
+using namespace Zentu;
+
+namespace {
+
+/// A document that notes what the area tells it.
+class Document : public IMdiSubWindow
+{
+public:
+    explicit Document(const QString& title, QStringList* log = nullptr)
+        : m_log(log)
+    {
+        setWidget(new QWidget);
+        setShortTitle(title);
+    }
+
+    void currentChanged(bool current) override
+    {
+        if (!m_log)
+            return;
+        const MdiArea* area = ownerArea();
+        const auto* tabs = area ? area->findChild<QTabBar*>() : nullptr;
+        m_log->append(
+            QStringLiteral("%1 %2, current %3, tab %4")
+                .arg(shortTitle(), current ? QStringLiteral("on") : QStringLiteral("off"),
+                    area && area->currentSubWindow() ? area->currentSubWindow()->shortTitle()
+                                                     : QStringLiteral("none"))
+                .arg(tabs ? tabs->currentIndex() : -2));
+    }
+
+    bool refuses = false;
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        if (refuses)
+            event->ignore();
+        else
+            IMdiSubWindow::closeEvent(event);
+    }
+
+private:
+    QStringList* m_log;
+};
+
+} // namespace
+
+class MdiAreaTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void hasOneSignalAndOneField();
+    void isBuiltOfAnAreaAboveATabBar();
+    void documentIsAddedWithItsTab();
+    void secondAdditionIsRefused();
+    void firstDocumentIsMaximized();
+    void removalLeavesTheDocumentAlive();
+    void foreignDocumentIsNotRemoved();
+    void foreignDocumentIsNotMadeCurrent();
+    void activationIsTracedAndToldOnce();
+    void changeOfTheCurrentDocumentHasItsOrder();
+    void titlesReachTheTab();
+    void iconReachesTheTab();
+    void removedDocumentsTitlesDoNotReachTabs();
+    void clickOnATabActivates();
+    void closeButtonClosesWhatAccepts();
+    void closedDocumentsTabGoesWithTheSignal();
+    void closeWindowOnlyCloses();
+    void menuOpensOnATabOnly();
+    void draggedTabsKeepTheirDocuments();
+    void listKeepsForeignWindowsAsNull();
+    void tabSignalsDoNotFeedBack();
+    void deletedDocumentLeavesItsTab();
+    void windowsAreCascadedAndTiled();
+    void areaDiesWithItsDocuments();
+    void connectionsAreThoseOfTheSignatures();
+
+private:
+    Document* add(const char* title)
+    {
+        auto* document = new Document(QString::fromLatin1(title), &m_log);
+        m_area->addWindow(document);
+        return document;
+    }
+
+    QString area() const { return printed(static_cast<const QWidget*>(m_area.get())); }
+
+    static QString window(const IMdiSubWindow* document)
+    {
+        QString text;
+        QDebug(&text) << document;
+        return text.trimmed();
+    }
+
+    QPoint centre(int tab) const { return m_tabs->tabRect(tab).center(); }
+
+    std::unique_ptr<MdiArea> m_area;
+    QMdiArea* m_inner = nullptr;
+    QTabBar* m_tabs = nullptr;
+    QStringList m_log;
+};
+
+void MdiAreaTest::init()
+{
+    m_area = std::make_unique<MdiArea>();
+    m_area->resize(600, 400);
+    m_inner = m_area->findChild<QMdiArea*>(QString(), Qt::FindDirectChildrenOnly);
+    m_tabs = m_area->findChild<QTabBar*>(QString(), Qt::FindDirectChildrenOnly);
+    QVERIFY(m_inner && m_tabs);
+    m_area->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_area.get()));
+    m_log.clear();
+}
+
+void MdiAreaTest::cleanup()
+{
+    m_area.reset();
+}
+
+void MdiAreaTest::hasOneSignalAndOneField()
+{
+    const QMetaObject& meta = MdiArea::staticMetaObject;
+    QCOMPARE(meta.className(), "Zentu::MdiArea");
+    QCOMPARE(meta.superClass(), &QWidget::staticMetaObject);
+    QCOMPARE(meta.methodCount() - meta.methodOffset(), 1);
+    const QMetaMethod signal = meta.method(meta.methodOffset());
+    QCOMPARE(signal.methodSignature(), QByteArray("currentSubWindowChanged(IMdiSubWindow*)"));
+    QCOMPARE(signal.methodType(), QMetaMethod::Signal);
+    QCOMPARE(meta.propertyCount(), meta.propertyOffset());
+    QCOMPARE(sizeof(MdiArea), sizeof(QWidget) + sizeof(void*));
+}
+
+void MdiAreaTest::isBuiltOfAnAreaAboveATabBar()
+{
+    QCOMPARE(m_inner->viewMode(), QMdiArea::SubWindowView);
+    QCOMPARE(m_inner->activationOrder(), QMdiArea::ActivationHistoryOrder);
+    QCOMPARE(m_inner->horizontalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    QCOMPARE(m_inner->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    QVERIFY(m_tabs->isMovable());
+    QVERIFY(m_tabs->tabsClosable());
+    QCOMPARE(m_tabs->shape(), QTabBar::RoundedSouth);
+    QCOMPARE(m_tabs->contextMenuPolicy(), Qt::CustomContextMenu);
+    const auto* layout = qobject_cast<QVBoxLayout*>(m_area->layout());
+    QVERIFY(layout);
+    QCOMPARE(layout->contentsMargins(), QMargins());
+    QCOMPARE(layout->spacing(), 0);
+    QCOMPARE(layout->count(), 2);
+    QCOMPARE(layout->itemAt(0)->widget(), m_inner);
+    QCOMPARE(layout->itemAt(1)->widget(), m_tabs);
+    QCOMPARE(layout->stretch(0), 0);
+    QCOMPARE(layout->itemAt(0)->alignment(), Qt::Alignment());
+    QVERIFY(!m_area->currentSubWindow());
+    QVERIFY(m_area->subWindows().isEmpty());
+    QWidget parent;
+    QCOMPARE((new MdiArea(&parent))->parent(), &parent);
+}
+
+void MdiAreaTest::documentIsAddedWithItsTab()
+{
+    auto* document = new Document(QStringLiteral("short"));
+    document->setWindowTitle(QStringLiteral("long"));
+    QPixmap pixmap(8, 8);
+    pixmap.fill(Qt::red);
+    document->setWindowIcon(QIcon(pixmap));
+    Recorder recorder;
+    bool insideAtTheLine = true;
+    recorder.onEntry([&](const Entry& entry) {
+        if (entry.channel == Channel::Info && entry.text.contains(QLatin1String(" add view ")))
+            insideAtTheLine = m_tabs->count() > 0 || document->ownerArea();
+    });
+    m_area->addWindow(document);
+    recorder.onEntry({});
+    QVERIFY(!insideAtTheLine);
+    QCOMPARE(
+        recorder.take().first(), info(area() + QLatin1String(" add view ") + window(document)));
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("short"));
+    QCOMPARE(m_tabs->tabToolTip(0), QStringLiteral("long"));
+    QCOMPARE(m_tabs->tabIcon(0).cacheKey(), document->windowIcon().cacheKey());
+    QCOMPARE(m_tabs->tabData(0).userType(), static_cast<int>(QMetaType::VoidStar));
+    QCOMPARE(m_tabs->tabData(0).value<void*>(), static_cast<void*>(document));
+    QCOMPARE(document->ownerArea(), m_area.get());
+    QVERIFY(document->isVisible());
+    QCOMPARE(m_area->subWindows(), QList<IMdiSubWindow*>({document}));
+    QTRY_COMPARE(m_area->currentSubWindow(), document);
+}
+
+void MdiAreaTest::secondAdditionIsRefused()
+{
+    Document* const document = add("a");
+    Recorder recorder;
+    m_area->addWindow(document);
+    QCOMPARE(recorder.take(),
+        QStringList(warning(area() + QLatin1String(" add view: ") + window(document)
+            + QLatin1String(" already added"))));
+    QCOMPARE(m_tabs->count(), 1);
+}
+
+void MdiAreaTest::firstDocumentIsMaximized()
+{
+    Document* const first = add("a");
+    QVERIFY(first->isMaximized());
+    first->showNormal();
+    Document* const second = add("b");
+    QVERIFY(!second->isMaximized());
+    m_area->removeWindow(first);
+    m_area->removeWindow(second);
+    delete first;
+    delete second;
+    QVERIFY(add("c")->isMaximized());
+}
+
+void MdiAreaTest::removalLeavesTheDocumentAlive()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    Recorder recorder;
+    bool insideAtTheLine = false;
+    recorder.onEntry([&](const Entry& entry) {
+        if (entry.text.contains(QLatin1String(" remove view: ")))
+            insideAtTheLine = m_tabs->count() == 2 && b->ownerArea();
+    });
+    m_area->removeWindow(b);
+    recorder.onEntry({});
+    QVERIFY(insideAtTheLine);
+    QCOMPARE(recorder.take().first(), info(area() + QLatin1String(" remove view: ") + window(b)));
+    QVERIFY(!b->ownerArea());
+    QVERIFY(!b->parent());
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("a"));
+    QCOMPARE(m_area->subWindows(), QList<IMdiSubWindow*>({a}));
+    b->setAttribute(Qt::WA_DeleteOnClose, false);
+    b->close();
+    QCOMPARE(m_tabs->count(), 1);
+    delete b;
+}
+
+void MdiAreaTest::foreignDocumentIsNotRemoved()
+{
+    Document foreign(QStringLiteral("foreign"));
+    add("a");
+    Recorder recorder;
+    m_area->removeWindow(&foreign);
+    QCOMPARE(recorder.take(),
+        QStringList(warning(area() + QLatin1String(" remove view: ") + window(&foreign)
+            + QLatin1String(" not belong to this area"))));
+    QCOMPARE(m_tabs->count(), 1);
+}
+
+void MdiAreaTest::foreignDocumentIsNotMadeCurrent()
+{
+    Document foreign(QStringLiteral("foreign"));
+    Document* const a = add("a");
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    Recorder recorder;
+    m_area->setCurrentSubWindow(&foreign);
+    m_area->setCurrentSubWindow(nullptr);
+    QCOMPARE(recorder.take(),
+        QStringList({warning(area() + QLatin1String(" set current window: ") + window(&foreign)
+                         + QLatin1String(" not belong to this area")),
+            warning(area()
+                + QLatin1String(" set current window: MdiWindow(0x0) not belong "
+                                "to this area"))}));
+    QCOMPARE(m_area->currentSubWindow(), a);
+}
+
+void MdiAreaTest::activationIsTracedAndToldOnce()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    QSignalSpy changed(m_area.get(), &MdiArea::currentSubWindowChanged);
+    Recorder recorder;
+    m_area->setCurrentSubWindow(a);
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    QCOMPARE(changed.count(), 1);
+    QStringList lines = recorder.take();
+    QVERIFY(lines.contains(
+        trace(area() + QLatin1String(" active window: ") + window(a) + QLatin1Char(' '))));
+    const QString told = info(area() + QLatin1String(" current window changed: ") + window(a));
+    QCOMPARE(lines.count(told), 1);
+    QVERIFY(lines.indexOf(told) > 0);
+
+    // The same document again: a line, and nothing else.
+    QVERIFY(QMetaObject::invokeMethod(m_inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, a)));
+    QCOMPARE(recorder.take(),
+        QStringList(
+            trace(area() + QLatin1String(" active window: ") + window(a) + QLatin1Char(' '))));
+    // What counts is the inner area's current window, not the one that is named.
+    QVERIFY(QMetaObject::invokeMethod(m_inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, b)));
+    QVERIFY(
+        QMetaObject::invokeMethod(m_inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, nullptr)));
+    QCOMPARE(
+        recorder.take().last(), trace(area() + QLatin1String(" active window: MdiWindow(0x0) ")));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_area->currentSubWindow(), a);
+}
+
+void MdiAreaTest::changeOfTheCurrentDocumentHasItsOrder()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    QTRY_COMPARE(m_tabs->currentIndex(), 1);
+    m_log.clear();
+    connect(m_area.get(), &MdiArea::currentSubWindowChanged, this, [&](IMdiSubWindow* current) {
+        m_log.append(QStringLiteral("signal %1, current %2, tab %3")
+                         .arg(current ? current->shortTitle() : QStringLiteral("none"),
+                             m_area->currentSubWindow() ? m_area->currentSubWindow()->shortTitle()
+                                                        : QStringLiteral("none"))
+                         .arg(m_tabs->currentIndex()));
+    });
+    Recorder recorder;
+    QString currentAtTheLine;
+    recorder.onEntry([&](const Entry& entry) {
+        if (entry.channel == Channel::Info)
+            currentAtTheLine = m_area->currentSubWindow()->shortTitle();
+    });
+    m_area->setCurrentSubWindow(a);
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    recorder.onEntry({});
+    QCOMPARE(currentAtTheLine, QStringLiteral("b"));
+    QCOMPARE(m_log,
+        QStringList(
+            {QStringLiteral("b off, current b, tab 1"), QStringLiteral("a on, current a, tab 1"),
+                QStringLiteral("signal a, current a, tab 0")}));
+}
+
+void MdiAreaTest::titlesReachTheTab()
+{
+    add("first");
+    Document* const document = add("short");
+    document->setWindowTitle(QStringLiteral("title"));
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("short"));
+    QCOMPARE(m_tabs->tabToolTip(1), QStringLiteral("title"));
+    document->setShortTitle(QStringLiteral("shorter"));
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("shorter"));
+    document->setShortTitle(QString());
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("title"));
+    document->setWindowTitle(QStringLiteral("other"));
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("other"));
+    QCOMPARE(m_tabs->tabToolTip(1), QStringLiteral("other"));
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("first"));
+}
+
+void MdiAreaTest::iconReachesTheTab()
+{
+    add("first");
+    Document* const document = add("a");
+    QPixmap pixmap(8, 8);
+    pixmap.fill(Qt::blue);
+    document->setWindowIcon(QIcon(pixmap));
+    QCOMPARE(m_tabs->tabIcon(1).cacheKey(), document->windowIcon().cacheKey());
+    QVERIFY(m_tabs->tabIcon(0).cacheKey() != m_tabs->tabIcon(1).cacheKey());
+}
+
+void MdiAreaTest::removedDocumentsTitlesDoNotReachTabs()
+{
+    add("a");
+    Document* const b = add("b");
+    m_area->removeWindow(b);
+    b->setShortTitle(QStringLiteral("changed"));
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("a"));
+    delete b;
+}
+
+void MdiAreaTest::clickOnATabActivates()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    QSignalSpy changed(m_area.get(), &MdiArea::currentSubWindowChanged);
+    QTest::mouseClick(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(0));
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    QCOMPARE(m_inner->currentSubWindow(), a);
+    QTest::mouseClick(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(0));
+    QCOMPARE(changed.count(), 1);
+    QTest::mouseClick(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(1));
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    QCOMPARE(changed.count(), 2);
+}
+
+void MdiAreaTest::closeButtonClosesWhatAccepts()
+{
+    QPointer<Document> a = add("a");
+    QPointer<Document> b = add("b");
+    const auto press = [&](int tab) {
+        QWidget* button = m_tabs->tabButton(tab, QTabBar::RightSide);
+        if (!button)
+            button = m_tabs->tabButton(tab, QTabBar::LeftSide);
+        QTest::mouseClick(button, Qt::LeftButton);
+    };
+    a->refuses = true;
+    press(0);
+    QCOMPARE(m_tabs->count(), 2);
+    QVERIFY(a);
+    QCOMPARE(a->ownerArea(), m_area.get());
+    a->refuses = false;
+    press(0);
+    QCOMPARE(m_tabs->count(), 1);
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("b"));
+    QTRY_VERIFY(!a);
+    QCOMPARE(m_area->subWindows(), QList<IMdiSubWindow*>({b}));
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+}
+
+void MdiAreaTest::closedDocumentsTabGoesWithTheSignal()
+{
+    Document* const a = add("a");
+    add("b");
+    int tabsAtTheLine = 0;
+    int tabsAtTheSignal = 0;
+    bool ownedAtTheSignal = true;
+    connect(a, &IMdiSubWindow::closed, this, [&] {
+        tabsAtTheSignal = m_tabs->count();
+        ownedAtTheSignal = a->ownerArea();
+    });
+    Recorder recorder;
+    recorder.onEntry([&](const Entry& entry) {
+        if (entry.text.endsWith(QLatin1String(" closed")))
+            tabsAtTheLine = m_tabs->count();
+    });
+    a->close();
+    recorder.onEntry({});
+    QCOMPARE(tabsAtTheLine, 2);
+    QCOMPARE(tabsAtTheSignal, 1);
+    QVERIFY(!ownedAtTheSignal);
+    // The area itself says nothing of it.
+    for (const QString& line : recorder.take())
+        QVERIFY2(!line.contains(QLatin1String("remove view")), qPrintable(line));
+    a->setShortTitle(QStringLiteral("changed"));
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("b"));
+}
+
+void MdiAreaTest::closeWindowOnlyCloses()
+{
+    Document foreign(QStringLiteral("foreign"));
+    foreign.setAttribute(Qt::WA_DeleteOnClose, false);
+    foreign.show();
+    Document* const a = add("a");
+    Recorder recorder;
+    m_area->closeWindow(&foreign);
+    QVERIFY(!foreign.isVisible());
+    QCOMPARE(recorder.take().size(), 2);
+    a->refuses = true;
+    m_area->closeWindow(a);
+    QVERIFY(recorder.isEmpty());
+    QCOMPARE(m_tabs->count(), 1);
+    a->refuses = false;
+    m_area->closeWindow(a);
+    QCOMPARE(m_tabs->count(), 0);
+}
+
+void MdiAreaTest::menuOpensOnATabOnly()
+{
+    add("a");
+    Document* const b = add("b");
+    QPoint where;
+    QMenu* menu = nullptr;
+    const auto watch = [&] {
+        menu = nullptr;
+        QTimer::singleShot(100, this, [&] {
+            menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+            if (menu) {
+                where = menu->pos();
+                menu->close();
+            }
+        });
+    };
+    const auto rightClick = [&](const QPoint& pos) {
+        QContextMenuEvent event(QContextMenuEvent::Mouse, pos, m_tabs->mapToGlobal(pos));
+        QApplication::sendEvent(m_tabs, &event);
+    };
+    watch();
+    rightClick(centre(1));
+    QCOMPARE(menu, b->systemMenu());
+
+    m_tabs->setExpanding(false);
+    m_tabs->resize(m_area->width(), m_tabs->height());
+    const QPoint beside(m_tabs->width() - 2, m_tabs->height() / 2);
+    QCOMPARE(m_tabs->tabAt(beside), -1);
+    watch();
+    rightClick(beside);
+    bool waited = false;
+    QTimer::singleShot(150, this, [&] { waited = true; });
+    QTRY_VERIFY(waited);
+    QVERIFY(!menu);
+}
+
+void MdiAreaTest::draggedTabsKeepTheirDocuments()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    Document* const c = add("c");
+    m_tabs->moveTab(0, 2);
+    QCOMPARE(m_tabs->tabText(2), QStringLiteral("a"));
+    QCOMPARE(m_area->subWindows(), QList<IMdiSubWindow*>({a, b, c}));
+    QTest::mouseClick(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(2));
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    a->setShortTitle(QStringLiteral("renamed"));
+    QCOMPARE(m_tabs->tabText(2), QStringLiteral("renamed"));
+
+    // With the mouse: b, first by now, is pulled behind c.
+    QTest::mousePress(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(0));
+    for (int x = centre(0).x(); x <= m_tabs->tabRect(1).right(); x += 10) {
+        QMouseEvent move(QEvent::MouseMove, QPointF(x, centre(0).y()), Qt::LeftButton,
+            Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_tabs, &move);
+    }
+    QTest::mouseRelease(m_tabs, Qt::LeftButton, Qt::NoModifier, m_tabs->tabRect(1).center());
+    QTRY_COMPARE(m_tabs->tabText(1), QStringLiteral("b"));
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    m_area->removeWindow(b);
+    QCOMPARE(m_tabs->count(), 2);
+    QCOMPARE(m_tabs->tabText(0), QStringLiteral("c"));
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("renamed"));
+    delete b;
+}
+
+void MdiAreaTest::listKeepsForeignWindowsAsNull()
+{
+    Document* const a = add("a");
+    m_inner->addSubWindow(new QMdiSubWindow)->show();
+    Document* const b = add("b");
+    QCOMPARE(m_area->subWindows(), QList<IMdiSubWindow*>({a, nullptr, b}));
+    QCOMPARE(m_tabs->count(), 2);
+}
+
+void MdiAreaTest::tabSignalsDoNotFeedBack()
+{
+    QList<int> heard;
+    connect(m_tabs, &QTabBar::currentChanged, this, [&](int index) { heard.append(index); });
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    QVERIFY(!heard.isEmpty());
+    // Closing the current document moves the tab bar to a neighbour, which must not activate that
+    // one: the inner area goes back in its history.
+    Document* const c = add("c");
+    m_area->setCurrentSubWindow(a);
+    m_area->setCurrentSubWindow(c);
+    QTRY_COMPARE(m_area->currentSubWindow(), c);
+    Recorder recorder;
+    m_area->closeWindow(c);
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    for (const QString& line : recorder.take())
+        QVERIFY2(!line.contains(QLatin1String("changed: ") + window(b)), qPrintable(line));
+}
+
+void MdiAreaTest::deletedDocumentLeavesItsTab()
+{
+    add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    b->deleteLater();
+    QPointer<Document> guard = b;
+    QTRY_VERIFY(!guard);
+    QCOMPARE(m_tabs->count(), 2);
+    QCOMPARE(m_tabs->tabText(1), QStringLiteral("b"));
+    QCOMPARE(m_area->subWindows().size(), 1);
+}
+
+void MdiAreaTest::windowsAreCascadedAndTiled()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    m_area->tileSubWindows();
+    QVERIFY(!a->geometry().intersects(b->geometry()));
+    m_area->cascadeSubWindows();
+    QVERIFY(a->geometry().intersects(b->geometry()));
+}
+
+void MdiAreaTest::areaDiesWithItsDocuments()
+{
+    QPointer<Document> a = add("a");
+    QPointer<Document> b = add("b");
+    Recorder recorder;
+    m_area.reset();
+    QVERIFY(!a && !b);
+    const QStringList lines = recorder.take();
+    QCOMPARE(lines.filter(QStringLiteral(" destroying ")).size(), 2);
+    QCOMPARE(lines.size(), 2);
+}
+
+void MdiAreaTest::connectionsAreThoseOfTheSignatures()
+{
+    Document* const a = add("a");
+    // What listens is a private object without a name: it is whoever the signals go to.
+    QVERIFY(QObject::disconnect(a, SIGNAL(closed()), nullptr, nullptr));
+    QVERIFY(!QObject::disconnect(a, SIGNAL(closed()), nullptr, nullptr));
+    for (const char* signal : {SIGNAL(currentChanged(int)), SIGNAL(tabCloseRequested(int)),
+             SIGNAL(customContextMenuRequested(QPoint))}) {
+        QVERIFY2(QObject::disconnect(m_tabs, signal, nullptr, nullptr), signal);
+        QVERIFY2(!QObject::disconnect(m_tabs, signal, nullptr, nullptr), signal);
+    }
+    QVERIFY(
+        QObject::disconnect(m_inner, SIGNAL(subWindowActivated(QMdiSubWindow*)), nullptr, nullptr));
+}
+
+QTEST_MAIN(MdiAreaTest)
+#include "tst_mdi_area.moc"
