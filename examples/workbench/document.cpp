@@ -3,11 +3,16 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QMenu>
 
 Document::Document(const QString& kind, const QString& path)
     : m_kind(kind)
 {
     setPath(path);
+    // Ctrl+W belongs to the action in the file menu.
+    const QList<QAction*> actions = systemMenu()->actions();
+    for (QAction* action : actions)
+        action->setShortcuts(QList<QKeySequence>());
 }
 
 // The tab has room for a name; its tool tip, the window's title, shows the whole path.

@@ -9,7 +9,7 @@
 #include "text_document.h"
 
 #include <QAction>
-#include <QCoreApplication>
+#include <QApplication>
 #include <QFile>
 #include <QMenu>
 #include <QMessageBox>
