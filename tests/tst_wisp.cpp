@@ -256,8 +256,8 @@ static void compareTrace(const QByteArray& text)
         const QRegularExpression format(
             QStringLiteral("^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{6}Z 1 \\d+ %1$")
                 .arg(expected.at(i)));
-        QVERIFY2(format.match(QString::fromLatin1(lines.at(i))).hasMatch(),
-                 lines.at(i).constData());
+        QVERIFY2(
+            format.match(QString::fromLatin1(lines.at(i))).hasMatch(), lines.at(i).constData());
     }
 }
 

@@ -24,7 +24,7 @@ struct Entry
 {
     Channel channel = Channel::Trace;
     QString text;
-    int level = 0; ///< Trace lines only.
+    int level = 0;    ///< Trace lines only.
     QString category; ///< Qt messages only, as are the context's file, function and line.
     QByteArray file;
     QByteArray function;

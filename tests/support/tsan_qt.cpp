@@ -31,8 +31,8 @@ bool onEventDelivered(void** /*event*/)
     return false;
 }
 
-const bool s_registered
-    = QInternal::registerCallback(QInternal::EventNotifyCallback, onEventDelivered);
+const bool s_registered =
+    QInternal::registerCallback(QInternal::EventNotifyCallback, onEventDelivered);
 
 } // namespace
 
@@ -76,19 +76,18 @@ void _ZN11QBasicMutex14unlockInternalEv(void* mutex)
 } // extern "C"
 
 bool QMetaMethod::invoke(QObject* object, Qt::ConnectionType connectionType,
-                         QGenericReturnArgument returnValue, QGenericArgument val0,
-                         QGenericArgument val1, QGenericArgument val2, QGenericArgument val3,
-                         QGenericArgument val4, QGenericArgument val5, QGenericArgument val6,
-                         QGenericArgument val7, QGenericArgument val8, QGenericArgument val9) const
+    QGenericReturnArgument returnValue, QGenericArgument val0, QGenericArgument val1,
+    QGenericArgument val2, QGenericArgument val3, QGenericArgument val4, QGenericArgument val5,
+    QGenericArgument val6, QGenericArgument val7, QGenericArgument val8,
+    QGenericArgument val9) const
 {
     using Invoke = bool(const QMetaMethod*, QObject*, Qt::ConnectionType, QGenericReturnArgument,
-                        QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
-                        QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
-                        QGenericArgument, QGenericArgument);
-    static const auto real
-        = next<Invoke>("_ZNK11QMetaMethod6invokeEP7QObjectN2Qt14ConnectionTypeE"
-                       "22QGenericReturnArgument16QGenericArgumentS5_S5_S5_S5_S5_S5_S5_S5_S5_");
+        QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument,
+        QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument, QGenericArgument);
+    static const auto real =
+        next<Invoke>("_ZNK11QMetaMethod6invokeEP7QObjectN2Qt14ConnectionTypeE"
+                     "22QGenericReturnArgument16QGenericArgumentS5_S5_S5_S5_S5_S5_S5_S5_S5_");
     __tsan_release(&s_queue);
     return real(this, object, connectionType, returnValue, val0, val1, val2, val3, val4, val5, val6,
-                val7, val8, val9);
+        val7, val8, val9);
 }
