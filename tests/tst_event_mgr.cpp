@@ -2,6 +2,7 @@
 #include "event_mgr.h"
 
 #include "ievent_handler.h"
+#include "lock_probe.h"
 #include "recorder.h"
 
 #include <QMetaMethod>
@@ -11,9 +12,7 @@
 
 #include <atomic>
 #include <functional>
-#include <future>
 #include <memory>
-#include <thread>
 
 using namespace Support;
 using namespace Zentu;
@@ -87,15 +86,9 @@ QList<IEventHandler*> handlers(std::initializer_list<IEventHandler*> list)
     return list;
 }
 
-// Whether the subscriptions can be read while the write lock may be held by this thread.
-bool canRead(const QString& type)
+LockProbe subscriptionsProbe()
 {
-    std::packaged_task<void()> task([type] { bus()->getSubscribersFor(type); });
-    std::future<void> done = task.get_future();
-    std::thread reader(std::move(task));
-    const bool read = done.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
-    reader.detach();
-    return read;
+    return LockProbe([] { bus()->getSubscribersFor(X); });
 }
 
 } // namespace
@@ -256,11 +249,12 @@ void EventManagerTest::changesAreTracedUnderTheLock()
         bus()->subscribe(&handler, X);
 
     Recorder recorder;
+    LockProbe probe = subscriptionsProbe();
     int lines = 0;
     bool couldRead = false;
     recorder.onEntry([&](const Entry&) {
         ++lines;
-        couldRead = canRead(X);
+        couldRead = probe.canRead(WhenLocked);
     });
     if (change.startsWith(QLatin1String("subscribe")))
         bus()->subscribe(&handler, X);
@@ -271,7 +265,7 @@ void EventManagerTest::changesAreTracedUnderTheLock()
     recorder.onEntry({});
     QCOMPARE(lines, 1);
     QVERIFY(!couldRead);
-    QVERIFY(canRead(X));
+    QVERIFY(probe.canRead(WhenFree));
 }
 
 void EventManagerTest::subscribersAreListedNewestFirst()
@@ -571,12 +565,13 @@ void EventManagerTest::postFromAHandlerNests()
 
 void EventManagerTest::deliveryTakesNoLock()
 {
+    LockProbe probe = subscriptionsProbe();
     bool couldRead = false;
-    Handler handler([&](IEvent*) { couldRead = canRead(X); });
+    Handler handler([&](IEvent*) { couldRead = probe.canRead(WhenFree); });
     bus()->subscribe(&handler, X);
     Recorder recorder;
     bool couldReadAtTheLine = false;
-    recorder.onEntry([&](const Entry&) { couldReadAtTheLine = canRead(X); });
+    recorder.onEntry([&](const Entry&) { couldReadAtTheLine = probe.canRead(WhenFree); });
     bus()->postEvent(new IEvent(X));
     recorder.onEntry({});
     QVERIFY(couldRead);

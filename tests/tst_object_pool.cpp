@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "object_pool.h"
 
+#include "lock_probe.h"
 #include "recorder.h"
 
 #include <QMetaMethod>
 #include <QTest>
 #include <QThread>
 
-#include <future>
 #include <memory>
-#include <thread>
 
 using namespace Support;
 using Zentu::ObjectPool;
@@ -22,16 +21,6 @@ QString print(const QObject* object)
 }
 
 using Objects = QList<QObject*>;
-
-bool canRead(ObjectPool* pool)
-{
-    std::packaged_task<void()> task([pool] { pool->allObjects(); });
-    std::future<void> done = task.get_future();
-    std::thread reader(std::move(task));
-    const bool read = done.wait_for(std::chrono::milliseconds(100)) == std::future_status::ready;
-    reader.detach();
-    return read;
-}
 
 } // namespace
 
@@ -215,32 +204,30 @@ void ObjectPoolTest::linesAreWrittenUnderTheLockOrBeforeIt()
 {
     QFETCH(QString, operation);
     QFETCH(bool, locked);
-    // Lives on, as a reader may still wait for its lock.
-    auto* pool = new ObjectPool;
+    ObjectPool pool;
+    LockProbe probe([&] { pool.allObjects(); });
     auto object = std::make_unique<QObject>();
     if (operation != QLatin1String("add") && operation != QLatin1String("remove unknown"))
-        pool->addObject(object.get());
+        pool.addObject(object.get());
     Recorder recorder;
     int lines = 0;
     bool couldRead = false;
     recorder.onEntry([&](const Entry&) {
         ++lines;
-        couldRead = canRead(pool);
+        couldRead = probe.canRead(locked ? WhenLocked : WhenFree);
     });
     if (operation.startsWith(QLatin1String("add")))
-        pool->addObject(object.get());
+        pool.addObject(object.get());
     else if (operation.startsWith(QLatin1String("remove")))
-        pool->removeObject(object.get());
+        pool.removeObject(object.get());
     else if (operation == QLatin1String("clear"))
-        pool->clear();
+        pool.clear();
     else
         object.reset();
     recorder.onEntry({});
     QCOMPARE(lines, 1);
     QCOMPARE(couldRead, !locked);
-    QVERIFY(canRead(pool));
-    object.reset();
-    delete pool;
+    QVERIFY(probe.canRead(WhenFree));
 }
 
 void ObjectPoolTest::listIsACopyInOrderOfAddition()

@@ -174,10 +174,11 @@ void WorkbenchTest::initTestCase()
     QApplication::setStyle(QStringLiteral("Fusion"));
 }
 
+// Settings of its own for every test, also when two of these programs run at once.
 void WorkbenchTest::init()
 {
-    QSettings().clear();
     m_folder = std::make_unique<QTemporaryDir>();
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder->path());
     m_bus = std::make_unique<Listener>();
     m_window = std::make_unique<MainWindow>();
     m_window->show();
@@ -188,7 +189,6 @@ void WorkbenchTest::cleanup()
 {
     m_bus.reset();
     destroyWindow();
-    QSettings().clear();
 }
 
 // The registries do not know that their actions go with the window.
