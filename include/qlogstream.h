@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 #include <QTextStream>
+#include <QVarLengthArray>
 
 #include <algorithm>
 #include <charconv>
@@ -43,6 +44,144 @@ public:
 };
 
 /**
+ * Latin-1 text to which items are appended as a fresh `QDebug` writes them, most of them without
+ * making one.
+ */
+class item_text
+{
+public:
+    /// A string with a label before it; neither is written if the string is empty.
+    struct Labelled
+    {
+        const char* label;
+        const QString& string;
+    };
+
+    /// Writes an item by its parts, and the blank that closes it.
+    template <typename... Parts>
+    void write(const Parts&... parts)
+    {
+        (append(parts), ...);
+        m_text.append(' ');
+    }
+
+    /// Whether Qt's help was not needed, so that no character can have been lost.
+    bool isPlain() const { return m_isPlain; }
+
+    QLatin1String toLatin1String() const { return QLatin1String(m_text.data(), m_text.size()); }
+
+    /// Hands the text to the logger. Nothing is to be written after that.
+    void send(int level)
+    {
+        m_text.append('\0');
+        logger::instance()->log(level, m_text.constData());
+    }
+
+private:
+    void append(const char* text)
+    {
+        const char* end = text;
+        while (end && *end && static_cast<unsigned char>(*end) < 0x80)
+            ++end;
+        if (end && *end)
+            appendByDebug(text);
+        else
+            appendLatin1(text, end);
+    }
+
+    void append(const QString& string)
+    {
+        if (!std::all_of(string.cbegin(), string.cend(), isPlainCharacter)) {
+            appendByDebug(string);
+            return;
+        }
+        const int begin = m_text.size();
+        m_text.resize(begin + string.size() + 2);
+        char* const to = m_text.data() + begin;
+        to[0] = '"';
+        to[string.size() + 1] = '"';
+        std::transform(
+            string.cbegin(), string.cend(), to + 1, [](QChar c) { return c.toLatin1(); });
+    }
+
+    void append(const QStringList& list)
+    {
+        const char* separator = "";
+        append("(");
+        for (const QString& string : list) {
+            append(separator);
+            append(string);
+            separator = ", ";
+        }
+        append(")");
+    }
+
+    void append(int number) { appendNumber(number, 10); }
+
+    void append(const void* address)
+    {
+        append("0x");
+        appendNumber(reinterpret_cast<quintptr>(address), 16);
+    }
+
+    void append(const Labelled& part)
+    {
+        if (part.string.isEmpty())
+            return;
+        append(part.label);
+        append(part.string);
+    }
+
+    void append(const QObject* object)
+    {
+        if (!object) {
+            append("QObject(0x0)");
+            return;
+        }
+        append(object->metaObject()->className());
+        append("(");
+        append(static_cast<const void*>(object));
+        append(Labelled{", name = ", object->objectName()});
+        append(")");
+    }
+
+    // A character that QDebug writes as it is: one that prints, but no quote and no backslash.
+    static bool isPlainCharacter(QChar c)
+    {
+        const ushort code = c.unicode();
+        return code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
+                           : code >= 0xa0 && code <= 0xff && code != 0xad;
+    }
+
+    template <typename Number>
+    void appendNumber(Number number, int base)
+    {
+        char digits[24];
+        appendLatin1(digits, std::to_chars(std::begin(digits), std::end(digits), number, base).ptr);
+    }
+
+    void appendLatin1(const char* begin, const char* end)
+    {
+        m_text.append(begin, static_cast<int>(end - begin));
+    }
+
+    // What has to be escaped or decoded.
+    template <typename T>
+    void appendByDebug(const T& item)
+    {
+        m_isPlain = false;
+        QString text;
+        QDebug(&text).nospace() << item;
+        const QByteArray latin1 = text.toLatin1();
+        appendLatin1(latin1.begin(), latin1.end());
+    }
+
+    // On the stack, with room for all but the longest lines.
+    QVarLengthArray<char, 400> m_text;
+    bool m_isPlain = true;
+};
+
+/**
  * Gathers one line of the trace and hands it to wisp::logger when the statement ends.
  *
  * @code
@@ -66,7 +205,8 @@ public:
         : level(lineLevel)
         , debug(&buffer)
     {
-        buffer.reserve(TypicalLength);
+        // Room for all but the longest lines, so that a line grows its buffer once.
+        buffer.reserve(160);
     }
 
     /// Sends the line.
@@ -83,13 +223,16 @@ public:
     template <typename T>
     qlogstream& operator<<(T&& item)
     {
-        if constexpr (hasShortcut<std::decay_t<T>>()) {
-            const int start = buffer.size();
-            if (isAsConstructed() && append(item)) {
-                buffer += QLatin1Char(' ');
+        using Item = std::decay_t<T>;
+        // These types exactly: a pointer to a class of its own may have a printer of its own.
+        if constexpr (isOneOf<Item, const char*, char*, QString, QStringList, int, const void*,
+                          void*, const QObject*, QObject*>) {
+            item_text text;
+            text.write(item);
+            if (text.isPlain() && isAsConstructed()) {
+                buffer.append(text.toLatin1String());
                 return *this;
             }
-            buffer.truncate(start);
         }
         debug << std::forward<T>(item);
         return *this;
@@ -102,100 +245,21 @@ public:
     /// Writes into #buffer, in space mode and with quoting unless told otherwise.
     QDebug debug;
 
-protected:
-    // Room for all but the longest lines, so that a line grows its buffer once.
-    static constexpr int TypicalLength = 160;
+private:
+    template <typename T, typename... Types>
+    static constexpr bool isOneOf = (std::is_same_v<T, Types> || ...);
 
-    // Whether items still come out as from a fresh QDebug: spaced, and no base, width, padding or
-    // locale asked for. QDebug keeps its text stream to itself but hands it to a manipulator; this
-    // one leaves a mark in the line if it finds the stream altered.
+    // Whether items still come out as from a fresh QDebug: spaced, quoted, and no base, width or
+    // locale asked for. QDebug tells the latter to nobody but manipulators: this one leaves a mark
+    // in the line if it finds the text stream altered. All that a fresh one writes is the quote.
     bool isAsConstructed()
     {
-        if (!debug.autoInsertSpaces() || debug.verbosity() != QDebug::DefaultVerbosity)
-            return false;
         const int start = buffer.size();
-        debug << markAltered;
-        return buffer.size() == start;
-    }
-
-    // Each append() writes one item without its closing blank, or gives up with false; then what it
-    // has written so far is to be taken back and the item left to QDebug.
-    bool append(const char* text)
-    {
-        const char* end = text;
-        for (; end && *end; ++end) {
-            if (static_cast<unsigned char>(*end) > 0x7f)
-                return false;
-        }
-        buffer.append(QLatin1String(text, static_cast<int>(end - text)));
-        return true;
-    }
-
-    bool append(const QString& string)
-    {
-        const auto needsEscape = [](QChar c) {
-            return c < QLatin1Char(' ') || c > QLatin1Char('~') || c == QLatin1Char('"')
-                || c == QLatin1Char('\\');
-        };
-        if (std::any_of(string.cbegin(), string.cend(), needsEscape))
-            return false;
-        const int start = buffer.size();
-        debug.maybeQuote();
-        if (buffer.size() == start)
-            return false;
-        buffer.append(string);
-        buffer += QLatin1Char('"');
-        return true;
-    }
-
-    bool append(const QStringList& list)
-    {
-        buffer += QLatin1Char('(');
-        const char* separator = "";
-        for (const QString& string : list) {
-            buffer.append(QLatin1String(separator));
-            if (!append(string))
-                return false;
-            separator = ", ";
-        }
-        buffer += QLatin1Char(')');
-        return true;
-    }
-
-    bool append(int number) { return appendNumber(number, 10); }
-
-    bool append(const void* address)
-    {
-        buffer.append(QLatin1String("0x"));
-        return appendNumber(reinterpret_cast<quintptr>(address), 16);
-    }
-
-    bool append(const QObject* object)
-    {
-        if (!object)
-            return append("QObject(0x0)");
-        if (!append(object->metaObject()->className()))
-            return false;
-        buffer += QLatin1Char('(');
-        append(static_cast<const void*>(object));
-        const QString name = object->objectName();
-        if (!name.isEmpty()) {
-            buffer.append(QLatin1String(", name = "));
-            if (!append(name))
-                return false;
-        }
-        buffer += QLatin1Char(')');
-        return true;
-    }
-
-private:
-    // The exact types only: a pointer to a class of its own may have a printer of its own.
-    template <typename Item>
-    static constexpr bool hasShortcut()
-    {
-        return std::
-                   is_same_v<
-                       Item, const char*> || std::is_same_v<Item, char*> || std::is_same_v<Item, QString> || std::is_same_v<Item, QStringList> || std::is_same_v<Item, int> || std::is_same_v<Item, const void*> || std::is_same_v<Item, void*> || std::is_same_v<Item, const QObject*> || std::is_same_v<Item, QObject*>;
+        debug.maybeQuote() << markAltered;
+        const bool result = debug.autoInsertSpaces() && buffer.size() == start + 1
+            && buffer.endsWith(QLatin1Char('"'));
+        buffer.truncate(start);
+        return result;
     }
 
     static QTextStream& markAltered(QTextStream& stream)
@@ -204,15 +268,6 @@ private:
             || stream.locale() != QLocale::c())
             *stream.string() += QLatin1Char('!');
         return stream;
-    }
-
-    template <typename Number>
-    bool appendNumber(Number number, int base)
-    {
-        char digits[24];
-        const auto result = std::to_chars(std::begin(digits), std::end(digits), number, base);
-        buffer.append(QLatin1String(digits, static_cast<int>(result.ptr - digits)));
-        return true;
     }
 };
 

@@ -12,13 +12,25 @@
 #include <QReadWriteLock>
 #include <QWriteLocker>
 
+#include <algorithm>
+
 namespace Zentu {
 
 /// The subscriptions; of one type name the newest comes first.
 class _event_mgr_private
 {
 public:
-    QMultiMap<QString, IEventHandler*> subscribers;
+    using Subscribers = QMultiMap<QString, IEventHandler*>;
+
+    /// The entry of the handler among those of the type name, or the end.
+    Subscribers::iterator find(IEventHandler* handler, const QString& type)
+    {
+        const auto entries = subscribers.equal_range(type);
+        const auto it = std::find(entries.first, entries.second, handler);
+        return it == entries.second ? subscribers.end() : it;
+    }
+
+    Subscribers subscribers;
     QReadWriteLock lock;
 };
 
@@ -60,7 +72,7 @@ EventManager::~EventManager()
 void EventManager::subscribe(IEventHandler* handler, const QString& type)
 {
     const QWriteLocker locker(&d->lock);
-    if (d->subscribers.contains(type, handler)) {
+    if (d->find(handler, type) != d->subscribers.end()) {
         qWarning() << this << "duplicated event subscription:" << handler << type;
         return;
     }
@@ -71,12 +83,13 @@ void EventManager::subscribe(IEventHandler* handler, const QString& type)
 void EventManager::unsubscribe(IEventHandler* handler, const QString& type)
 {
     const QWriteLocker locker(&d->lock);
-    if (!d->subscribers.contains(type, handler)) {
+    const auto it = d->find(handler, type);
+    if (it == d->subscribers.end()) {
         qWarning() << this << "unsubscribe event:" << handler << type << "no match found";
         return;
     }
     Trace() << this << "unsubscribe event:" << handler << type;
-    d->subscribers.remove(type, handler);
+    d->subscribers.erase(it);
 }
 
 void EventManager::unsubscribeAll(IEventHandler* handler)
@@ -95,7 +108,8 @@ void EventManager::unsubscribeAll(IEventHandler* handler)
 QList<IEventHandler*> EventManager::getSubscribersFor(const QString& type)
 {
     const QReadLocker locker(&d->lock);
-    return d->subscribers.values(type);
+    const auto entries = qAsConst(d->subscribers).equal_range(type);
+    return QList<IEventHandler*>(entries.first, entries.second);
 }
 
 void EventManager::postEvent(IEvent* event, PostMode mode)

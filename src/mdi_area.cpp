@@ -2,6 +2,7 @@
 #include "mdi_area.h"
 
 #include "mdi_area_p.h"
+#include "methods_p.h"
 #include "trace_p.h"
 
 #include <QCloseEvent>
@@ -13,6 +14,7 @@
 #include <QVariant>
 
 #include <algorithm>
+#include <array>
 
 namespace Zentu {
 
@@ -90,20 +92,37 @@ _mdi_area_private::_mdi_area_private(MdiArea* area)
     tabBar->setContextMenuPolicy(Qt::CustomContextMenu);
 }
 
+/// A signal of the tab bar and the slot that it reaches.
+struct TabBarConnection
+{
+    QMetaMethod signal;
+    QMetaMethod slot;
+};
+
+// In the order in which they are made and broken.
+static const std::array<TabBarConnection, 3>& tabBarConnections()
+{
+    static const std::array<TabBarConnection, 3> connections = {{
+        {QMetaMethod::fromSignal(&QTabBar::currentChanged),
+            slotOf<_mdi_area_private>("onCurrentTabChanged(int)")},
+        {QMetaMethod::fromSignal(&QTabBar::tabCloseRequested),
+            slotOf<_mdi_area_private>("onTabClosedRequest(int)")},
+        {QMetaMethod::fromSignal(&QTabBar::customContextMenuRequested),
+            slotOf<_mdi_area_private>("onTabBarContextMenuRequested(QPoint)")},
+    }};
+    return connections;
+}
+
 void _mdi_area_private::connectTabbar()
 {
-    connect(tabBar, SIGNAL(currentChanged(int)), this, SLOT(onCurrentTabChanged(int)));
-    connect(tabBar, SIGNAL(tabCloseRequested(int)), this, SLOT(onTabClosedRequest(int)));
-    connect(tabBar, SIGNAL(customContextMenuRequested(QPoint)), this,
-        SLOT(onTabBarContextMenuRequested(QPoint)));
+    for (const auto& [signal, slot] : tabBarConnections())
+        connect(tabBar, signal, this, slot);
 }
 
 void _mdi_area_private::disconnectTabbar()
 {
-    disconnect(tabBar, SIGNAL(currentChanged(int)), this, SLOT(onCurrentTabChanged(int)));
-    disconnect(tabBar, SIGNAL(tabCloseRequested(int)), this, SLOT(onTabClosedRequest(int)));
-    disconnect(tabBar, SIGNAL(customContextMenuRequested(QPoint)), this,
-        SLOT(onTabBarContextMenuRequested(QPoint)));
+    for (const auto& [signal, slot] : tabBarConnections())
+        disconnect(tabBar, signal, this, slot);
 }
 
 bool _mdi_area_private::contains(const IMdiSubWindow* window) const

@@ -75,7 +75,8 @@ void ObjectPool::onObjectDestroyed(QObject* obj)
         if (sender() == obj)
             line << obj;
         else
-            line.debug.nospace() << "QObject(" << static_cast<const void*>(obj) << ") ";
+            line << ("QObject(0x" + QByteArray::number(reinterpret_cast<quintptr>(obj), 16) + ')')
+                        .constData();
     }
     const QWriteLocker locker(&lock);
     objects.removeAll(obj);

@@ -7,6 +7,8 @@
 #include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QGridLayout>
+#include <QHash>
+#include <QPair>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTreeWidget>
@@ -83,10 +85,19 @@ void _opt_dlg_private::initCatalogTree()
     Trace() << q << "initialze catalog tree";
 
     // Built aside, so that the tree widget takes all items at once. A page without a category maps
-    // to the root itself, which nobody can select.
+    // to the root itself, which nobody can select. Nobody else sees these items, so a name is found
+    // without asking every sibling for its text.
     QTreeWidgetItem root;
+    QHash<QPair<QTreeWidgetItem*, QString>, QTreeWidgetItem*> children;
     for (IOptionPage* page : qAsConst(pages)) {
-        QTreeWidgetItem* const item = createItemForCategory(&root, page->category());
+        QTreeWidgetItem* item = &root;
+        const QStringList category = page->category();
+        for (const QString& name : category) {
+            QTreeWidgetItem*& child = children[{item, name}];
+            if (!child)
+                child = new QTreeWidgetItem(item, QStringList(name));
+            item = child;
+        }
         if (pageMap.contains(item))
             qCritical() << q << "category already exists" << page;
         else

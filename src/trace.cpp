@@ -6,50 +6,107 @@
 #include "option_dlg.h"
 
 #include <QAction>
+#include <QKeySequence>
+#include <QMetaEnum>
 #include <QWidget>
 
 namespace Zentu {
 
+using Labelled = wisp::item_text::Labelled;
+
+static const void* address(const void* object)
+{
+    return object;
+}
+
+Trace::~Trace()
+{
+    m_text.send(wisp::LogInfo);
+}
+
+template <typename... Parts>
+Trace& Trace::item(const Parts&... parts)
+{
+    m_text.write(parts...);
+    return *this;
+}
+
+Trace& Trace::operator<<(const char* text)
+{
+    return item(text);
+}
+
+Trace& Trace::operator<<(const QString& string)
+{
+    return item(string);
+}
+
+Trace& Trace::operator<<(const QStringList& list)
+{
+    return item(list);
+}
+
+Trace& Trace::operator<<(int number)
+{
+    return item(number);
+}
+
 Trace& Trace::operator<<(const QObject* object)
 {
-    qlogstream::operator<<(object);
-    return *this;
+    return item(object);
 }
 
 Trace& Trace::operator<<(const QWidget* widget)
 {
-    debug << widget;
-    return *this;
+    if (!widget)
+        return item("QWidget(0x0)");
+    return item(widget->metaObject()->className(), "(", address(widget),
+        Labelled{", name=", widget->objectName()}, ")");
 }
 
 Trace& Trace::operator<<(const QAction* action)
 {
-    debug << action;
-    return *this;
+    static const QMetaEnum roles = QMetaEnum::fromType<QAction::MenuRole>();
+
+    // The zero behind the address of a null action is Qt's.
+    if (!action)
+        return item("QAction(", address(action), "0)");
+    const char* const checked = action->isChecked() ? " checked=true" : " checked=false";
+    const QKeySequence shortcut = action->shortcut();
+    const QString keys = shortcut.isEmpty() ? QString() : shortcut.toString();
+    return item("QAction(", address(action), " text=", action->text(),
+        Labelled{" toolTip=", action->toolTip()}, action->isCheckable() ? checked : "",
+        Labelled{" shortcut=QKeySequence(", keys}, keys.isEmpty() ? "" : ")",
+        " menuRole=", roles.valueToKey(action->menuRole()),
+        action->isVisible() ? " visible=true)" : " visible=false)");
 }
 
 Trace& Trace::operator<<(const IEvent* event)
 {
-    debug << event;
-    return *this;
+    // Qt's spacing leaves two blanks behind a null event.
+    if (!event)
+        return item("IEvent(0x0) ");
+    return item("IEvent(", address(event), ", type = ", event->type(), ")");
 }
 
 Trace& Trace::operator<<(const IEventHandler* handler)
 {
-    qlogstream::operator<<(static_cast<const void*>(handler));
-    return *this;
+    return item(static_cast<const void*>(handler));
 }
 
 Trace& Trace::operator<<(const IMdiSubWindow* window)
 {
-    debug << window;
-    return *this;
+    if (!window)
+        return item("MdiWindow(0x0)");
+    return item("MdiWindow(", address(window), Labelled{", ", window->shortTitle()}, ")");
 }
 
 Trace& Trace::operator<<(const IOptionPage* page)
 {
-    debug << page;
-    return *this;
+    if (!page)
+        return item("IOptionPage(0x0)");
+    return item("IOptionPage(", address(page),
+        ", category = ", page->category().join(QLatin1Char('/')), ")");
 }
 
 } // namespace Zentu

@@ -3,8 +3,6 @@
 
 #include "qlogstream.h"
 
-#include <type_traits>
-
 class QAction;
 class QWidget;
 
@@ -15,15 +13,24 @@ class IEventHandler;
 class IMdiSubWindow;
 class IOptionPage;
 
-/// One line of the trace. Its overloads choose the printer that `QDebug` would choose.
-class Trace : public wisp::qlogstream
+/**
+ * One line of the trace: what wisp::qlogstream writes, without the `QDebug` that our items can do
+ * without.
+ *
+ * Its overloads write what the printers that `QDebug` would choose write. They are not inline, as
+ * the library is full of lines.
+ */
+class Trace
 {
 public:
-    Trace()
-        : qlogstream(wisp::LogInfo)
-    {
-    }
+    Trace() = default;
+    ~Trace();
+    Q_DISABLE_COPY(Trace)
 
+    Trace& operator<<(const char* text);
+    Trace& operator<<(const QString& string);
+    Trace& operator<<(const QStringList& list);
+    Trace& operator<<(int number);
     Trace& operator<<(const QObject* object);
     Trace& operator<<(const QWidget* widget);
     Trace& operator<<(const QAction* action);
@@ -32,13 +39,11 @@ public:
     Trace& operator<<(const IMdiSubWindow* window);
     Trace& operator<<(const IOptionPage* page);
 
-    template <typename T,
-        typename = std::enable_if_t<!std::is_convertible_v<const T&, const QObject*>>>
-    Trace& operator<<(const T& item)
-    {
-        qlogstream::operator<<(item);
-        return *this;
-    }
+private:
+    template <typename... Parts>
+    Trace& item(const Parts&... parts);
+
+    wisp::item_text m_text;
 };
 
 } // namespace Zentu
