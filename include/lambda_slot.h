@@ -17,7 +17,8 @@ namespace Zentu {
  * @endcode
  *
  * The arguments of the signal are not passed on. A wrapper lives, and its callable runs, in the
- * thread of its parent.
+ * thread of its parent. As the wrapper dies with its parent, a callable must not delete the sender,
+ * but may call its `deleteLater()`.
  */
 class ZENTU_EXPORT LambdaSlotWrapper : public QObject
 {

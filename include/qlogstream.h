@@ -80,10 +80,12 @@ public:
 private:
     void append(const char* text)
     {
+        if (!text)
+            return;
         const char* end = text;
-        while (end && *end && static_cast<unsigned char>(*end) < 0x80)
+        while (*end && static_cast<unsigned char>(*end) < 0x80)
             ++end;
-        if (end && *end)
+        if (*end)
             appendByDebug(text);
         else
             appendLatin1(text, end);

@@ -205,9 +205,11 @@ void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
         return;
 
     qInfo() << q << "current window changed:" << activated;
-    if (current)
-        current->currentChanged(false);
+    // One that is being destroyed may be no document any more.
+    if (auto* const previous = qobject_cast<IMdiSubWindow*>(currentGuard.data()))
+        previous->currentChanged(false);
     current = activated;
+    currentGuard = activated;
     if (activated)
         activated->currentChanged(true);
 

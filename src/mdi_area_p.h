@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 
 class QMdiArea;
 class QMdiSubWindow;
@@ -45,6 +46,8 @@ public:
     QMdiArea* mdiArea;
     QTabBar* tabBar;
     IMdiSubWindow* current = nullptr;
+    /// Whether #current can still be called: nobody tells when a document dies without being closed.
+    QPointer<QObject> currentGuard;
 
 private:
     void removeTab(const IMdiSubWindow* window);

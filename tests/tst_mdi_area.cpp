@@ -95,6 +95,8 @@ private Q_SLOTS:
     void listKeepsForeignWindowsAsNull();
     void tabSignalsDoNotFeedBack();
     void deletedDocumentLeavesItsTab();
+    void deadDocumentIsNotCalled_data();
+    void deadDocumentIsNotCalled();
     void windowsAreCascadedAndTiled();
     void areaDiesWithItsDocuments();
     void connectionsAreThoseOfTheSignatures();
@@ -583,6 +585,36 @@ void MdiAreaTest::deletedDocumentLeavesItsTab()
     QCOMPARE(m_tabs->count(), 2);
     QCOMPARE(m_tabs->tabText(1), QStringLiteral("b"));
     QCOMPARE(m_area->subWindows().size(), 1);
+}
+
+void MdiAreaTest::deadDocumentIsNotCalled_data()
+{
+    QTest::addColumn<bool>("removed");
+    QTest::newRow("deleted while it is current") << false;
+    QTest::newRow("deleted after it was removed") << true;
+}
+
+void MdiAreaTest::deadDocumentIsNotCalled()
+{
+    QFETCH(bool, removed);
+    QStringList log;
+    auto* const a = new Document(QStringLiteral("a"), &log);
+    m_area->addWindow(a);
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    log.clear();
+    QSignalSpy changes(m_area.get(), &MdiArea::currentSubWindowChanged);
+    if (removed) {
+        m_area->removeWindow(a);
+        log.clear();
+        delete a;
+        Document* const b = add("b");
+        QTRY_COMPARE(m_area->currentSubWindow(), b);
+    } else {
+        delete a;
+        QTRY_COMPARE(m_area->currentSubWindow(), nullptr);
+    }
+    QVERIFY(!changes.isEmpty());
+    QCOMPARE(log, QStringList());
 }
 
 void MdiAreaTest::windowsAreCascadedAndTiled()

@@ -13,20 +13,57 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QImageReader>
-#include <QLabel>
 #include <QMessageBox>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QPointer>
 #include <QScrollArea>
 #include <QScrollBar>
 
 const QString ImageDocument::Kind = QStringLiteral("image");
 
+/// Shows a picture in the size of the widget.
+class PictureView : public QWidget
+{
+public:
+    /// @p shown is the picture as it is drawn: no larger than itself, as a magnified copy could
+    /// take any amount of memory. Magnifying is left to the painter, which does what is in sight.
+    void show(const QPixmap& shown, const QSize& size, bool smooth)
+    {
+        m_shown = shown;
+        m_smooth = smooth;
+        resize(size);
+        update();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform, m_smooth);
+        painter.drawPixmap(rect(), m_shown);
+    }
+
+private:
+    QPixmap m_shown;
+    bool m_smooth = true;
+};
+
+// 400 MB when decoded; a small file can claim any size.
+static constexpr qint64 MostPixels = 100'000'000;
+
 static QPixmap read(const QString& path, QString* error)
 {
     QImageReader reader(path);
     reader.setDecideFormatFromContent(true);
     reader.setAutoTransform(true);
+    const QSize size = reader.size();
+    if (qint64(size.width()) * size.height() > MostPixels) {
+        *error = ImageDocument::tr("a picture of %1 by %2 pixels is too large")
+                     .arg(size.width())
+                     .arg(size.height());
+        return QPixmap();
+    }
     const QImage image = reader.read();
     if (image.isNull())
         *error = reader.errorString();
@@ -43,16 +80,15 @@ ImageDocument::ImageDocument(const QString& path, const QPixmap& picture)
     : Document(Kind, path)
     , m_picture(picture)
     , m_area(new QScrollArea)
-    , m_label(new QLabel)
+    , m_view(new PictureView)
 {
-    m_label->setObjectName(QStringLiteral("image_label"));
-    m_label->setScaledContents(true);
+    m_view->setObjectName(QStringLiteral("image_view"));
     m_area->setObjectName(QStringLiteral("image_area"));
     m_area->setAccessibleName(tr("Picture %1").arg(shortTitle()));
     m_area->setAlignment(Qt::AlignCenter);
     m_area->setFrameShape(QFrame::NoFrame);
     m_area->setBackgroundRole(QPalette::Dark);
-    m_area->setWidget(m_label);
+    m_area->setWidget(m_view);
     m_area->viewport()->installEventFilter(this);
     m_area->viewport()->setCursor(Qt::OpenHandCursor);
     setWidget(m_area);
@@ -78,15 +114,13 @@ void ImageDocument::update()
         m_zoom = qMin(1.0, qMin(room.width() / size.width(), room.height() / size.height()));
     }
     const QSize size = (QSizeF(m_picture.size()) * m_zoom).toSize().expandedTo(QSize(1, 1));
-    const auto mode =
-        Settings::instance()->smoothImages() ? Qt::SmoothTransformation : Qt::FastTransformation;
-    const double ratio = devicePixelRatioF();
-    QPixmap shown = m_zoom == 1
-        ? m_picture
-        : m_picture.scaled((QSizeF(size) * ratio).toSize(), Qt::IgnoreAspectRatio, mode);
-    shown.setDevicePixelRatio(m_zoom == 1 ? 1 : ratio);
-    m_label->setPixmap(shown);
-    m_label->resize(size);
+    const bool smooth = Settings::instance()->smoothImages();
+    const QSize device = (QSizeF(size) * devicePixelRatioF()).toSize();
+    const bool smaller = device.width() < m_picture.width();
+    m_view->show(smaller ? m_picture.scaled(device, Qt::IgnoreAspectRatio,
+                     smooth ? Qt::SmoothTransformation : Qt::FastTransformation)
+                         : m_picture,
+        size, smooth);
     Q_EMIT zoomChanged();
 }
 

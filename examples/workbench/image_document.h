@@ -6,7 +6,7 @@
 #include <QPixmap>
 #include <QPoint>
 
-class QLabel;
+class PictureView;
 class QScrollArea;
 
 /// A picture, in its own size, zoomed or fitted into the window; dragged with the mouse.
@@ -46,7 +46,7 @@ private:
 
     QPixmap m_picture;
     QScrollArea* m_area;
-    QLabel* m_label;
+    PictureView* m_view;
     double m_zoom = 1;
     bool m_fitted = false;
     QPoint m_dragged;

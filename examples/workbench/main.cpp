@@ -11,10 +11,15 @@
 
 #include <cstdio>
 
-static bool hasDisplay()
+// Lets Qt fall back to drawing off the screen where it would abort.
+static void choosePlatform()
 {
-    return qEnvironmentVariableIsSet("QT_QPA_PLATFORM") || !qEnvironmentVariableIsEmpty("DISPLAY")
-        || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
+    if (!qEnvironmentVariableIsEmpty("DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "xcb;offscreen");
+    else if (!qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY"))
+        qputenv("QT_QPA_PLATFORM", "wayland;offscreen");
+    else
+        qputenv("QT_QPA_PLATFORM", "offscreen");
 }
 
 // The window's picture, once everything that opening has set in motion has come to rest.
@@ -44,21 +49,22 @@ int main(int argc, char* argv[])
         break;
     }
 
-    if (!hasDisplay()) {
+    const bool platformIsChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
+    if (!platformIsChosen)
+        choosePlatform();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // All that Qt is told is on our own command line, which has been parsed.
+    int qtArgc = 1;
+    QApplication application(qtArgc, argv);
+    if (!platformIsChosen && QGuiApplication::platformName() == QLatin1String("offscreen")) {
         if (commandLine.snapshotFile.isEmpty()) {
             std::fputs(
                 "zentu-workbench: there is no display; --snapshot works without one\n", stderr);
             return 1;
         }
         std::fputs("zentu-workbench: there is no display; drawing off the screen\n", stderr);
-        qputenv("QT_QPA_PLATFORM", "offscreen");
     }
-
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
-    // All that Qt is told is on our own command line, which has been parsed.
-    int qtArgc = 1;
-    QApplication application(qtArgc, argv);
     QApplication::setOrganizationName(QStringLiteral("ZentuKit"));
     QApplication::setApplicationName(QStringLiteral("Workbench"));
     QApplication::setApplicationVersion(QStringLiteral("1.0.0"));

@@ -3,7 +3,6 @@
 
 #include "events.h"
 #include "ievent.h"
-#include "lambda_slot.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -18,6 +17,7 @@ RecentFiles::RecentFiles(QMenu* menu, QObject* parent)
     , m_menu(menu)
 {
     subscribe(Events::DocumentOpened);
+    connect(m_menu, &QMenu::triggered, this, &RecentFiles::onTriggered);
     fillMenu(QSettings().value(Key).toStringList());
 }
 
@@ -46,14 +46,20 @@ void RecentFiles::fillMenu(const QStringList& files)
     for (const QString& path : files) {
         const QString name =
             QDir::toNativeSeparators(path).replace(QLatin1Char('&'), QLatin1String("&&"));
-        QAction* const action = m_menu->addAction(QStringLiteral("&%1 %2").arg(++number).arg(name));
-        Zentu::LambdaSlotWrapper::connect(
-            action, SIGNAL(triggered(bool)), [this, path] { Q_EMIT chosen(path); });
+        m_menu->addAction(QStringLiteral("&%1 %2").arg(++number).arg(name))->setData(path);
     }
     if (files.isEmpty())
         return;
     m_menu->addSeparator();
-    Zentu::LambdaSlotWrapper::connect(
-        m_menu->addAction(tr("&Clear the List")), SIGNAL(triggered(bool)), [this] { setFiles({}); },
-        Qt::QueuedConnection);
+    m_menu->addAction(tr("&Clear the List"));
+}
+
+// The action may be gone when this returns, as the list has changed.
+void RecentFiles::onTriggered(QAction* action)
+{
+    const QString path = action->data().toString();
+    if (path.isEmpty())
+        setFiles({});
+    else
+        Q_EMIT chosen(path);
 }

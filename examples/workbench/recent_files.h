@@ -6,6 +6,7 @@
 #include <QObject>
 #include <QStringList>
 
+class QAction;
 class QMenu;
 
 /// Keeps the files that were opened last and offers them in a menu.
@@ -24,6 +25,7 @@ Q_SIGNALS:
 private:
     void setFiles(const QStringList& files);
     void fillMenu(const QStringList& files);
+    void onTriggered(QAction* action);
 
     QMenu* m_menu;
 };

@@ -35,6 +35,11 @@ static bool read(const QString& path, QByteArray* content, QString* text, QStrin
         return false;
     }
     *content = file.readAll();
+    // A file that breaks off is not an empty or a shorter one.
+    if (file.error() != QFileDevice::NoError) {
+        *error = file.errorString();
+        return false;
+    }
     QTextCodec::ConverterState state;
     *text =
         QTextCodec::codecForName("UTF-8")->toUnicode(content->constData(), content->size(), &state);

@@ -21,7 +21,11 @@ struct Result
     QString error;
 };
 
+enum class Display { Given, None, Dead };
+
 } // namespace
+
+Q_DECLARE_METATYPE(Display)
 
 class WorkbenchProcessTest : public QObject
 {
@@ -34,6 +38,7 @@ private Q_SLOTS:
     void helpAndVersionNeedNoDisplay();
     void badCommandLineEndsWithTwo_data();
     void badCommandLineEndsWithTwo();
+    void withoutADisplayItSaysSo_data();
     void withoutADisplayItSaysSo();
     void snapshotShowsTheWindow();
     void snapshotThatCannotBeWrittenFails();
@@ -44,7 +49,8 @@ private Q_SLOTS:
     void listOfFilesIsOpened();
 
 private:
-    Result run(const QStringList& arguments, bool display = true);
+    /// @p display stands for the environment's own, none, or one that nobody answers at.
+    Result run(const QStringList& arguments, Display display = Display::Given);
     QString path(const char* name) const { return m_folder->filePath(QString::fromUtf8(name)); }
     QString file(const char* name, const QByteArray& content) const
     {
@@ -67,15 +73,17 @@ void WorkbenchProcessTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
 }
 
-Result WorkbenchProcessTest::run(const QStringList& arguments, bool display)
+Result WorkbenchProcessTest::run(const QStringList& arguments, Display display)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path("config"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder->path());
-    if (!display) {
+    if (display != Display::Given) {
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QString::fromLatin1(name));
     }
+    if (display == Display::Dead)
+        environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":12345"));
     QProcess process;
     process.setProcessEnvironment(environment);
     process.start(QStringLiteral(ZENTU_WORKBENCH), arguments);
@@ -102,7 +110,7 @@ void WorkbenchProcessTest::helpAndVersionNeedNoDisplay()
 {
     QFETCH(QString, option);
     QFETCH(QString, start);
-    const Result result = run({option}, false);
+    const Result result = run({option}, Display::None);
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.error, QString());
     QVERIFY2(result.out.startsWith(start), qPrintable(result.out));
@@ -130,16 +138,26 @@ void WorkbenchProcessTest::badCommandLineEndsWithTwo()
     QCOMPARE(result.error, QString());
 }
 
+void WorkbenchProcessTest::withoutADisplayItSaysSo_data()
+{
+    QTest::addColumn<Display>("display");
+    QTest::newRow("none") << Display::None;
+    QTest::newRow("dead") << Display::Dead;
+}
+
 void WorkbenchProcessTest::withoutADisplayItSaysSo()
 {
-    const Result window = run({}, false);
+    QFETCH(Display, display);
+    const Result window = run({}, display);
     QCOMPARE(window.exitCode, 1);
-    QCOMPARE(window.error,
-        QStringLiteral("zentu-workbench: there is no display; --snapshot works without one\n"));
+    // Qt has its say about a dead display first.
+    QVERIFY2(window.error.endsWith(QLatin1String(
+                 "zentu-workbench: there is no display; --snapshot works without one\n")),
+        qPrintable(window.error));
 
-    const Result picture = run({QStringLiteral("--snapshot"), path("a.png")}, false);
+    const Result picture = run({QStringLiteral("--snapshot"), path("a.png")}, display);
     QCOMPARE(picture.exitCode, 0);
-    QVERIFY2(picture.error.startsWith(
+    QVERIFY2(picture.error.contains(
                  QLatin1String("zentu-workbench: there is no display; drawing off the screen\n")),
         qPrintable(picture.error));
     QVERIFY(!QImage(path("a.png")).isNull());
@@ -197,8 +215,13 @@ void WorkbenchProcessTest::filesThatCannotBeOpenedAreNamed()
 {
     const QString good = file("good.txt", "text");
     const QString bad = file("bad.bin", "\xff\xfe\xfa");
-    const Result result = run({QStringLiteral("--trace"), path("trace"),
-        QStringLiteral("--snapshot"), path("a.png"), path("missing"), bad, m_folder->path(), good});
+    // A picture in ten characters, of more pixels than any memory holds.
+    const QString huge = file("huge.pbm", "P4\n30000 30000\n");
+    // Opens, and then cannot be read.
+    const QString broken = QStringLiteral("/proc/self/mem");
+    const Result result =
+        run({QStringLiteral("--trace"), path("trace"), QStringLiteral("--snapshot"), path("a.png"),
+            path("missing"), bad, m_folder->path(), huge, broken, good});
     QCOMPARE(result.exitCode, 0);
     const QStringList lines = result.error.split(QLatin1Char('\n'));
     const auto failure = [](const QString& path, const char* reason) {
@@ -207,8 +230,10 @@ void WorkbenchProcessTest::filesThatCannotBeOpenedAreNamed()
     QVERIFY(lines.contains(failure(path("missing"), "there is no such file")));
     QVERIFY(lines.contains(failure(bad, "not a text in UTF-8")));
     QVERIFY(lines.contains(failure(m_folder->path(), "it is a folder")));
+    QVERIFY(lines.contains(failure(huge, "a picture of 30000 by 30000 pixels is too large")));
+    QVERIFY(lines.contains(failure(broken, "Input/output error")));
     const QString traced = trace();
-    QCOMPARE(traced.count(QLatin1String("type = \"document.failed\")")), 3);
+    QCOMPARE(traced.count(QLatin1String("type = \"document.failed\")")), 5);
     QCOMPARE(traced.count(QLatin1String("type = \"document.opened\")")), 1);
 }
 
