@@ -1,3 +1,4 @@
+zentu_test(soak LABELS soak)
 zentu_test(ievent)
 zentu_test(ievent_handler)
 zentu_test(event_mgr LABELS threads)
