@@ -1,11 +1,56 @@
 // SPDX-License-Identifier: MIT
 #include "appearance.h"
 
+#include "glyph_icon.h"
 #include "settings.h"
 
 #include <QApplication>
+#include <QPainter>
 #include <QPalette>
-#include <QStyle>
+#include <QProxyStyle>
+#include <QStyleOption>
+
+namespace {
+
+/// Fusion, but for the small buttons of tabs and windows: its pictures of them are dark on any
+/// palette.
+class Style : public QProxyStyle
+{
+public:
+    Style()
+        : QProxyStyle(QStringLiteral("Fusion"))
+    {
+    }
+
+    QIcon standardIcon(
+        StandardPixmap which, const QStyleOption* option, const QWidget* widget) const override
+    {
+        switch (which) {
+        case SP_TitleBarCloseButton:
+            return glyphIcon(QStringLiteral("document-close"));
+        case SP_TitleBarNormalButton:
+            return glyphIcon(QStringLiteral("window-restore"));
+        case SP_TitleBarMinButton:
+            return glyphIcon(QStringLiteral("window-minimize"));
+        default:
+            return QProxyStyle::standardIcon(which, option, widget);
+        }
+    }
+
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+        const QWidget* widget) const override
+    {
+        if (element != PE_IndicatorTabClose) {
+            QProxyStyle::drawPrimitive(element, option, painter, widget);
+            return;
+        }
+        if (option->state & State_MouseOver)
+            painter->fillRect(option->rect, option->palette.color(QPalette::Midlight));
+        glyphIcon(QStringLiteral("document-close")).paint(painter, option->rect);
+    }
+};
+
+} // namespace
 
 static QPalette palette(
     const QColor& window, const QColor& base, const QColor& text, const QColor& link)
@@ -47,6 +92,7 @@ static void applyAppearance()
 
 void followAppearanceSetting()
 {
+    QApplication::setStyle(new Style);
     applyAppearance();
     QObject::connect(Settings::instance(), &Settings::changed, qApp, &applyAppearance);
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-/// Gives the application the palette that the settings name, now and whenever they change.
+/// Gives the application its style, and the palette that the settings name, now and whenever they
+/// change.
 void followAppearanceSetting();

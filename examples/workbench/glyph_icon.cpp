@@ -57,6 +57,9 @@ const QHash<QString, QString>& drawings()
                            "L 14 9")},
         {QStringLiteral("utilities-log-viewer"),
             QStringLiteral("M 2 2 L 14 2 L 14 14 L 2 14 L 2 2 M 4 5 L 6 7 L 4 9 M 7 10 L 11 10")},
+        {QStringLiteral("window-minimize"), QStringLiteral("M 4 12 L 12 12")},
+        {QStringLiteral("window-restore"),
+            QStringLiteral("M 3 6 L 10 6 L 10 13 L 3 13 L 3 6 M 6 6 L 6 3 L 13 3 L 13 10 L 10 10")},
         {QStringLiteral("workbench"),
             QStringLiteral("M 1 3 L 15 3 L 15 13 L 1 13 L 1 3 M 1 10 L 15 10 M 6 10 L 6 13 "
                            "M 10 10 L 10 13")},

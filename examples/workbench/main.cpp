@@ -68,7 +68,6 @@ int main(int argc, char* argv[])
     QApplication::setOrganizationName(QStringLiteral("ZentuKit"));
     QApplication::setApplicationName(QStringLiteral("Workbench"));
     QApplication::setApplicationVersion(QStringLiteral("1.0.0"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
 
     // The thread that asks for the bus first is the one that delivers.
     Zentu::EventManager::instance();

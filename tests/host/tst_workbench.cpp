@@ -4,6 +4,7 @@
 
 #include "action_mgr.h"
 #include "actions.h"
+#include "appearance.h"
 #include "context_mgr.h"
 #include "document_factory.h"
 #include "events.h"
@@ -171,7 +172,7 @@ void WorkbenchTest::initTestCase()
     QStandardPaths::setTestModeEnabled(true);
     QApplication::setOrganizationName(QStringLiteral("ZentuKitTest"));
     QApplication::setApplicationName(QStringLiteral("Workbench"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    followAppearanceSetting();
 }
 
 // Settings of its own for every test, also when two of these programs run at once.
