@@ -46,7 +46,8 @@ public:
     QMdiArea* mdiArea;
     QTabBar* tabBar;
     IMdiSubWindow* current = nullptr;
-    /// Whether #current can still be called: nobody tells when a document dies without being closed.
+    /// Whether #current can still be called: nobody tells when a document dies without being
+    /// closed.
     QPointer<QObject> currentGuard;
 
 private:

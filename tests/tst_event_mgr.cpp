@@ -7,6 +7,7 @@
 
 #include <QMetaMethod>
 #include <QPointer>
+#include <QProcess>
 #include <QTest>
 #include <QThread>
 
@@ -130,6 +131,7 @@ private Q_SLOTS:
     void handlerUnsubscribedDuringDeliveryIsStillCalled();
     void postFromAHandlerNests();
     void deliveryTakesNoLock();
+    void blockingPostFromTheManagersThreadIsNotDelivered();
     void messagesCarryNoContext();
     void managersAreIndependent();
 };
@@ -576,6 +578,36 @@ void EventManagerTest::deliveryTakesNoLock()
     recorder.onEntry({});
     QVERIFY(couldRead);
     QVERIFY(couldReadAtTheLine);
+}
+
+// Runs itself, as the one that posts never returns with the Qt of today.
+void EventManagerTest::blockingPostFromTheManagersThreadIsNotDelivered()
+{
+    const char* const variable = "ZENTU_TEST_DEADLOCK";
+    if (qEnvironmentVariableIsSet(variable)) {
+        Handler handler([](IEvent*) { qInfo("delivered"); });
+        bus()->subscribe(&handler, X);
+        bus()->postEvent(new IEvent(X), EventManager::BlockingQueued);
+        QCoreApplication::processEvents();
+        return;
+    }
+    QProcess other;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QLatin1String(variable), QStringLiteral("1"));
+    other.setProcessEnvironment(environment);
+    other.start(
+        QCoreApplication::applicationFilePath(), {QLatin1String(QTest::currentTestFunction())});
+    QByteArray output;
+    const auto warned = [&] {
+        output += other.readAllStandardOutput();
+        return output.contains("Dead lock detected in BlockingQueuedConnection: "
+                               "Receiver is Zentu::EventManager(");
+    };
+    QTRY_VERIFY(warned());
+    other.kill();
+    QVERIFY(other.waitForFinished());
+    output += other.readAllStandardOutput();
+    QVERIFY(!output.contains("delivered"));
 }
 
 void EventManagerTest::messagesCarryNoContext()
