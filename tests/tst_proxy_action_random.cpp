@@ -160,7 +160,7 @@ private:
             action->setWhatsThis(text);
             break;
         default:
-            action->setShortcut(flag ? QKeySequence(Qt::CTRL | Qt::Key_K) : QKeySequence());
+            action->setShortcut(flag ? QKeySequence(QStringLiteral("Ctrl+K")) : QKeySequence());
             break;
         }
     }

@@ -224,7 +224,7 @@ void QLogStreamTest::lineEndsWithABlank()
 void QLogStreamTest::emptyLineIsSentToo()
 {
     Recorder recorder;
-    wisp::qlogstream(wisp::LogInfo); // NOLINT: the line is its life
+    wisp::qlogstream{wisp::LogInfo}; // NOLINT: the line is its life
     QCOMPARE(recorder.take(), QStringList(trace(QString())));
 }
 

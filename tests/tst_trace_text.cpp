@@ -151,9 +151,8 @@ QStringList randomList(QRandomGenerator& random)
 
 void change(QAction& action, QRandomGenerator& random)
 {
-    static const QKeySequence shortcuts[] = {{}, Qt::Key_F3, Qt::CTRL + Qt::Key_C,
-        Qt::ALT + Qt::Key_QuoteDbl, {Qt::CTRL + Qt::Key_K, Qt::CTRL + Qt::Key_Backslash},
-        QKeySequence(Qt::META + Qt::Key_Adiaeresis)};
+    static const QString shortcuts[] = {QString(), QStringLiteral("F3"), QStringLiteral("Ctrl+C"),
+        QStringLiteral("Alt+\""), QStringLiteral("Ctrl+K, Ctrl+\\"), QStringLiteral("Meta+\u00c4")};
     action.setText(randomText(random));
     action.setToolTip(randomText(random));
     action.setCheckable(random.bounded(2));
@@ -161,7 +160,7 @@ void change(QAction& action, QRandomGenerator& random)
     action.setVisible(random.bounded(2));
     action.setEnabled(random.bounded(2));
     action.setObjectName(randomText(random));
-    action.setShortcut(shortcuts[random.bounded(int(std::size(shortcuts)))]);
+    action.setShortcut(QKeySequence(shortcuts[random.bounded(int(std::size(shortcuts)))]));
     action.setMenuRole(QAction::MenuRole(random.bounded(int(QAction::QuitRole) + 1)));
 }
 

@@ -127,7 +127,7 @@ void MainWindow::fillMenus()
     edit->addSeparator();
     add(
         edit, tr("Pr&eferences..."), QStringLiteral("edit.preferences"),
-        [this] { showPreferences(); }, QKeySequence(Qt::CTRL | Qt::Key_Comma));
+        [this] { showPreferences(); }, QKeySequence(QStringLiteral("Ctrl+,")));
 
     auto* log = new EventLog(this);
     addDockWidget(Qt::BottomDockWidgetArea, log);
