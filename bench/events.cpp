@@ -1,0 +1,280 @@
+// SPDX-License-Identifier: MIT
+#include "lines.h"
+#include "measure.h"
+
+#include "event_mgr.h"
+#include "ievent_handler.h"
+
+#include <QCoreApplication>
+#include <QMetaMethod>
+#include <QMultiMap>
+#include <QReadLocker>
+#include <QReadWriteLock>
+#include <QWriteLocker>
+
+#include <memory>
+
+namespace Bench {
+namespace {
+
+using Zentu::IEvent;
+using Zentu::IEventHandler;
+
+class Handler : public IEventHandler
+{
+public:
+    void handleEvent(IEvent* /*event*/) override { ++calls; }
+    int calls = 0;
+};
+
+/// An event manager by hand; its slot needs a class that is no template.
+class BusBase : public QObject
+{
+    Q_OBJECT
+
+public:
+    QList<IEventHandler*> getSubscribersFor(const QString& type)
+    {
+        const QReadLocker locker(&lock);
+        return subscribers.values(type);
+    }
+
+public Q_SLOTS:
+    void dispatch(Zentu::IEvent* event)
+    {
+        const QList<IEventHandler*> handlers = getSubscribersFor(event->type());
+        for (IEventHandler* handler : handlers) {
+            if (handler->isReceiving())
+                handler->handleEvent(event);
+        }
+        delete event;
+    }
+
+protected:
+    QMultiMap<QString, IEventHandler*> subscribers;
+    QReadWriteLock lock;
+};
+
+template <typename Line>
+class Bus : public BusBase
+{
+public:
+    Bus() { qRegisterMetaType<IEvent*>("Zentu::IEvent*"); }
+
+    void subscribe(IEventHandler* handler, const QString& type)
+    {
+        const QWriteLocker locker(&lock);
+        if (subscribers.contains(type, handler))
+            return;
+        Line() << self() << "new event subscription:" << handler << type;
+        subscribers.insert(type, handler);
+    }
+
+    void unsubscribe(IEventHandler* handler, const QString& type)
+    {
+        const QWriteLocker locker(&lock);
+        if (!subscribers.contains(type, handler))
+            return;
+        Line() << self() << "unsubscribe event:" << handler << type;
+        subscribers.remove(type, handler);
+    }
+
+    void postEvent(IEvent* event, Qt::ConnectionType type)
+    {
+        static const QMetaMethod method =
+            staticMetaObject.method(staticMetaObject.indexOfSlot("dispatch(Zentu::IEvent*)"));
+        Line() << self() << "post event" << static_cast<const IEvent*>(event) << int(type);
+        method.invoke(this, type, Q_ARG(Zentu::IEvent*, event));
+    }
+
+protected:
+    const QObject* self() const { return this; }
+};
+
+/// As one writes it at first: everything by name, lists copied to be searched.
+class PlainBus : public Bus<PlainLine>
+{
+public:
+    void subscribe(IEventHandler* handler, const QString& type)
+    {
+        const QWriteLocker locker(&lock);
+        if (subscribers.values(type).contains(handler))
+            return;
+        PlainLine() << self() << "new event subscription:" << handler << type;
+        subscribers.insert(type, handler);
+    }
+
+    void unsubscribe(IEventHandler* handler, const QString& type)
+    {
+        const QWriteLocker locker(&lock);
+        if (subscribers.values(type).count(handler) == 0)
+            return;
+        PlainLine() << self() << "unsubscribe event:" << handler << type;
+        subscribers.remove(type, handler);
+    }
+
+    void postEvent(IEvent* event, Qt::ConnectionType type)
+    {
+        PlainLine() << self() << "post event" << static_cast<const IEvent*>(event) << int(type);
+        QMetaObject::invokeMethod(this, "dispatch", type, Q_ARG(Zentu::IEvent*, event));
+    }
+};
+
+/// What Qt has for events: one event class, one receiver.
+class QtBus : public Bus<HandLine>
+{
+public:
+    void postEvent(IEvent* event, Qt::ConnectionType type)
+    {
+        HandLine() << self() << "post event" << static_cast<const IEvent*>(event) << int(type);
+        QCoreApplication::postEvent(this, new Carrier(event));
+    }
+
+protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() != QEvent::User)
+            return QObject::event(event);
+        dispatch(static_cast<Carrier*>(event)->event);
+        return true;
+    }
+
+private:
+    struct Carrier : QEvent
+    {
+        explicit Carrier(IEvent* carried)
+            : QEvent(QEvent::User)
+            , event(carried)
+        {
+        }
+        IEvent* event;
+    };
+};
+
+QString typeName(int number)
+{
+    return QStringLiteral("document.changed.%1").arg(number);
+}
+
+void post(Zentu::EventManager& bus, IEvent* event, Qt::ConnectionType type)
+{
+    bus.postEvent(event, static_cast<Zentu::EventManager::PostMode>(type));
+}
+
+template <typename B>
+void post(B& bus, IEvent* event, Qt::ConnectionType type)
+{
+    bus.postEvent(event, type);
+}
+
+// Handlers of one type name each, as many as the row says, of `perType` a name.
+template <typename B>
+struct Subscribed
+{
+    Subscribed(int count, int perType)
+    {
+        for (int i = 0; i < count; ++i) {
+            handlers.push_back(std::make_unique<Handler>());
+            bus.subscribe(handlers.back().get(), typeName(i / perType));
+        }
+    }
+
+    B bus;
+    std::vector<std::unique_ptr<Handler>> handlers;
+};
+
+template <typename B>
+void direct(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    Subscribed<B> subscribed(count, count);
+    const QString type = typeName(0);
+    repeat(state, [&] { post(subscribed.bus, new IEvent(type), Qt::DirectConnection); });
+}
+
+// The least that a handler can cost.
+void lockAndCall(benchmark::State& state)
+{
+    Subscribed<Zentu::EventManager> subscribed(static_cast<int>(state.range(0)), 1);
+    QReadWriteLock lock;
+    repeat(state, [&] {
+        for (const auto& handler : subscribed.handlers) {
+            {
+                const QReadLocker locker(&lock);
+            }
+            IEventHandler* called = handler.get();
+            benchmark::DoNotOptimize(called);
+            called->handleEvent(nullptr);
+        }
+    });
+}
+
+template <typename B>
+void queued(benchmark::State& state)
+{
+    Subscribed<B> subscribed(1, 1);
+    const QString type = typeName(0);
+    repeat(state, [&] {
+        for (std::int64_t i = 0; i < state.range(0); ++i)
+            post(subscribed.bus, new IEvent(type), Qt::QueuedConnection);
+        QCoreApplication::processEvents();
+    });
+}
+
+template <typename B, bool OneType>
+void subscribeAndUnsubscribe(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    Subscribed<B> subscribed(count, OneType ? count : 10);
+    Handler further;
+    const QString type = typeName(OneType ? 0 : count / 20);
+    repeat(state, [&] {
+        subscribed.bus.subscribe(&further, type);
+        subscribed.bus.unsubscribe(&further, type);
+    });
+}
+
+template <typename B>
+void subscribers(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    Subscribed<B> subscribed(count, 10);
+    const QString type = typeName(count / 20);
+    repeat(state, [&] { benchmark::DoNotOptimize(subscribed.bus.getSubscribersFor(type)); });
+}
+
+} // namespace
+
+void addEventRows()
+{
+    const std::vector<int> handlers = {0, 1, 10, 100};
+    add("events/post direct", "zentu", handlers, direct<Zentu::EventManager>);
+    add("events/post direct", "core", handlers, direct<Bus<NoLine>>);
+    add("events/post direct", "hand", handlers, direct<Bus<HandLine>>);
+    add("events/post direct", "plain", handlers, direct<PlainBus>);
+    add("events/post direct", "lock and call", handlers, lockAndCall);
+
+    const std::vector<int> events = {1, 100};
+    add("events/post queued", "zentu", events, queued<Zentu::EventManager>);
+    add("events/post queued", "core", events, queued<Bus<NoLine>>);
+    add("events/post queued", "hand", events, queued<Bus<HandLine>>);
+    add("events/post queued", "plain", events, queued<PlainBus>);
+    add("events/post queued", "QCoreApplication", events, queued<QtBus>);
+
+    const std::vector<int> entries = {10, 100, 1000, 10000};
+    std::string row = "events/subscribe and unsubscribe";
+    add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, false>);
+    add(row, "core", entries, subscribeAndUnsubscribe<Bus<NoLine>, false>);
+    add(row, "hand", entries, subscribeAndUnsubscribe<Bus<HandLine>, false>);
+    add(row, "plain", entries, subscribeAndUnsubscribe<PlainBus, false>);
+    row = "events/subscribe and unsubscribe, all of one name";
+    add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, true>);
+    add(row, "hand", entries, subscribeAndUnsubscribe<Bus<HandLine>, true>);
+    add(row, "plain", entries, subscribeAndUnsubscribe<PlainBus, true>);
+    add("events/getSubscribersFor", "zentu", entries, subscribers<Zentu::EventManager>);
+    add("events/getSubscribersFor", "plain", entries, subscribers<PlainBus>);
+}
+
+} // namespace Bench
+
+#include "events.moc"
