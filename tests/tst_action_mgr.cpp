@@ -51,6 +51,24 @@ QList<Family> families()
     };
 }
 
+/// A widget that tells when it is connected or disconnected.
+template <typename Widget>
+class Telling : public Widget
+{
+public:
+    explicit Telling(const std::function<void()>& tell)
+        : m_tell(tell)
+    {
+    }
+
+protected:
+    void connectNotify(const QMetaMethod& /*signal*/) override { m_tell(); }
+    void disconnectNotify(const QMetaMethod& /*signal*/) override { m_tell(); }
+
+private:
+    std::function<void()> m_tell;
+};
+
 QString print(const QObject* object)
 {
     return printed(object);
@@ -74,6 +92,7 @@ private Q_SLOTS:
     void anyManagerThatDiesClearsTheSingleton();
     void registrationIsTracedThenDone_data() { familyRows(); }
     void registrationIsTracedThenDone();
+    void familiesAreStoredThenWatchedAndForgottenInTurn();
     void takenIdentifierIsRefused_data() { familyRows(); }
     void takenIdentifierIsRefused();
     void destroyedWidgetLeaves_data() { familyRows(); }
@@ -174,6 +193,36 @@ void ActionManagerTest::registrationIsTracedThenDone()
     QCOMPARE(recorder.take(),
         QStringList(trace(print(&manager) + QLatin1String(" register ") + family.name
             + QLatin1String(" \"F\" ") + printWidget(widget.get()) + QLatin1Char(' '))));
+}
+
+void ActionManagerTest::familiesAreStoredThenWatchedAndForgottenInTurn()
+{
+    ActionManager manager;
+    QStringList log;
+    const auto teller = [&](const char* who) {
+        return [&, who] {
+            log.append(QStringLiteral("%1: %2%3%4")
+                           .arg(QLatin1String(who))
+                           .arg(manager.getMenu(F) ? 1 : 0)
+                           .arg(manager.getMenubar(F) ? 1 : 0)
+                           .arg(manager.getToolbar(F) ? 1 : 0));
+        };
+    };
+    Telling<QMenu> menu(teller("menu"));
+    Telling<QMenuBar> menubar(teller("menubar"));
+    Telling<QToolBar> toolbar(teller("toolbar"));
+    log.clear();
+    manager.registerMenu(F, &menu);
+    manager.registerMenubar(F, &menubar);
+    manager.registerToolbar(F, &toolbar);
+    QCOMPARE(log,
+        QStringList({QStringLiteral("menu: 100"), QStringLiteral("menubar: 110"),
+            QStringLiteral("toolbar: 111")}));
+    log.clear();
+    manager.clear();
+    QCOMPARE(log,
+        QStringList({QStringLiteral("menu: 111"), QStringLiteral("menubar: 011"),
+            QStringLiteral("toolbar: 001")}));
 }
 
 void ActionManagerTest::takenIdentifierIsRefused()

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void dashesOfANameDoNotMatter();
     void unknownNamesAreNotSet();
     void valuesNotGivenAreNull();
+    void resultsAreForgottenAfterTheLine();
     void declarationsAfterAParseCount();
     void argumentsOfMainAreUtf8();
     void messageOfUnknownOptionsIsKeptAsItIs();
@@ -284,6 +285,29 @@ void CmdLineParserTest::valuesNotGivenAreNull()
     parser.parse(split("prog"));
     QVERIFY(parser.getValue(latin("output")).isNull());
     QVERIFY(parser.getValue(latin("v")).isNull());
+}
+
+void CmdLineParserTest::resultsAreForgottenAfterTheLine()
+{
+    Parser parser;
+    QVERIFY(!parser.parse(split("prog a -v -z -o")));
+    Recorder recorder;
+    QString error;
+    QStringList positional;
+    bool isSet = false;
+    recorder.onEntry([&](const Entry&) {
+        error = parser.errorMessage();
+        positional = parser.positionalArguments();
+        isSet = parser.isSet(latin("v"));
+    });
+    QVERIFY(parser.parse(split("prog")));
+    recorder.onEntry({});
+    QCOMPARE(error, latin("unknown option: -z missing value: -o "));
+    QCOMPARE(positional, QStringList(latin("a")));
+    QVERIFY(isSet);
+    QVERIFY(parser.errorMessage().isEmpty());
+    QVERIFY(parser.positionalArguments().isEmpty());
+    QVERIFY(!parser.isSet(latin("v")));
 }
 
 void CmdLineParserTest::declarationsAfterAParseCount()

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
+#include "cmdline_parser.h"
 #include "cmdline_parser_p.h"
 
 #include <QTest>
+
+#include <cstring>
 
 using namespace Zentu;
 
@@ -20,6 +23,15 @@ CmdOption option(const QStringList& keys, quint32 id = 1)
     return result;
 }
 
+// A parser is one pointer.
+const _cmdline_parser_private& privateOf(const CmdLineParser& parser)
+{
+    static_assert(sizeof(parser) == sizeof(void*));
+    const _cmdline_parser_private* d = nullptr;
+    std::memcpy(&d, &parser, sizeof d);
+    return *d;
+}
+
 } // namespace
 
 class CmdLineParserPrivateTest : public QObject
@@ -33,6 +45,9 @@ private Q_SLOTS:
     void keysAreComparedExactly();
     void foundOptionIsACopy();
     void laterDeclarationsAreFound();
+    void declarationsAreStoredAsGiven();
+    void valuesAreStoredUnderTheHashOfTheFirstKey();
+    void optionWhoseHashIsZeroIsNeverSet();
     void tableAlignsItsColumns();
     void emptyTableIsEmpty();
     void namesWiderThanTheTableLeaveNoRoom();
@@ -91,6 +106,58 @@ void CmdLineParserPrivateTest::laterDeclarationsAreFound()
     QVERIFY(!d.hasOption(latin("a")));
     d.options.append(option({latin("a")}, 5));
     QCOMPARE(d.findOptionDefine(latin("a")).id, 5U);
+}
+
+void CmdLineParserPrivateTest::declarationsAreStoredAsGiven()
+{
+    CmdLineParser parser(latin("tool"));
+    parser.setBrief(latin("brief"));
+    parser.addOption({latin("-o"), latin("--output"), latin("---o")}, latin("text"), latin("file"));
+    parser.addOption(latin("-v"));
+    parser.addPositionalArgument(latin("input"), latin("what to read"));
+    const _cmdline_parser_private& d = privateOf(parser);
+    QCOMPARE(d.appName, latin("tool"));
+    QCOMPARE(d.brief, latin("brief"));
+    QCOMPARE(d.options.size(), 2);
+    const CmdOption output = d.findOptionDefine(latin("output"));
+    QCOMPARE(output.id, qHash(latin("o"), 0));
+    QCOMPARE(output.names, QStringList({latin("-o"), latin("--output"), latin("---o")}));
+    QCOMPARE(output.keys, QStringList({latin("o"), latin("output"), latin("o")}));
+    QCOMPARE(output.description, latin("text"));
+    QCOMPARE(output.valueName, latin("file"));
+    QCOMPARE(d.options.last().id, qHash(latin("v"), 0));
+    QVERIFY(d.options.last().description.isEmpty() && d.options.last().valueName.isEmpty());
+    QCOMPARE(d.posArguments.size(), 1);
+    QCOMPARE(d.posArguments.first().name, latin("input"));
+    QCOMPARE(d.posArguments.first().description, latin("what to read"));
+}
+
+void CmdLineParserPrivateTest::valuesAreStoredUnderTheHashOfTheFirstKey()
+{
+    CmdLineParser parser(latin("tool"));
+    parser.addOption({latin("-o"), latin("--output")}, QString(), latin("file"));
+    parser.addOption(latin("-v"));
+    parser.parse({latin("tool"), latin("a"), latin("--output"), latin("x"), latin("-v"),
+        latin("-z"), latin("-o")});
+    const _cmdline_parser_private& d = privateOf(parser);
+    const QMap<unsigned int, QString> expected = {
+        {qHash(latin("o"), 0), latin("x")}, {qHash(latin("v"), 0), latin("true")}};
+    QCOMPARE(d.values, expected);
+    QCOMPARE(d.posValues, QStringList(latin("a")));
+    QCOMPARE(d.unknownOptions, QStringList(latin("-z")));
+    QCOMPARE(d.missingValues, QStringList(latin("-o")));
+}
+
+void CmdLineParserPrivateTest::optionWhoseHashIsZeroIsNeverSet()
+{
+    const QString key(1, QChar(0));
+    QCOMPARE(qHash(key, 0), 0U);
+    CmdLineParser parser(latin("tool"));
+    parser.addOption(latin("--") + key, QString(), latin("file"));
+    QVERIFY(parser.parse({latin("tool"), latin("--") + key, latin("x")}));
+    QCOMPARE(privateOf(parser).values.value(0), latin("x"));
+    QVERIFY(!parser.isSet(key));
+    QCOMPARE(parser.getValue(key), QString());
 }
 
 void CmdLineParserPrivateTest::tableAlignsItsColumns()
