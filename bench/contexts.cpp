@@ -264,6 +264,7 @@ void addContextRows()
     add("contexts/all switch", "hand", sizes, allSwitch<Hand>);
     add("contexts/all switch", "plain", sizes, allSwitch<Plain>);
     add("contexts/none switches", "zentu", sizes, noneSwitches<Zentus>);
+    add("contexts/none switches", "core", sizes, noneSwitches<Core>);
     add("contexts/none switches", "hand", sizes, noneSwitches<Hand>);
     add("contexts/none switches", "plain", sizes, noneSwitches<Plain>);
     add("contexts/same list", "zentu", sizes, sameList<Zentus>);

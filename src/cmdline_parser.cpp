@@ -29,73 +29,124 @@ static QStringView keyOf(const QString& form)
     return QStringView(begin, form.cend());
 }
 
-// Wraps one paragraph word by word. The count of a line begins with a separator before its first
-// word, except where an overflowing word began the line.
-static QStringList wrap(QString paragraph, int width)
-{
-    QStringList lines;
-    QStringList pending;
-    int length = 0;
-    const auto emitLine = [&] { lines.append(pending.join(QLatin1Char(' '))); };
-    const auto startLine = [&](const QString& word) {
-        pending = QStringList(word);
-        length = word.size();
-    };
+namespace {
 
-    QTextStream words(&paragraph, QIODevice::ReadOnly);
-    while (!words.atEnd()) {
-        QString word;
-        words >> word;
-        if (word.isEmpty())
-            continue;
-        if (word.size() > width) {
-            const int cut = std::max(0, width - length - 1);
-            pending.append(word.left(cut));
-            emitLine();
-            startLine(word.mid(cut));
-        } else if (length + 1 + word.size() > width) {
-            emitLine();
-            startLine(word);
+/// Writes the rows of a table, with the words of each description wrapped.
+class TableWriter
+{
+public:
+    TableWriter(int nameWidth, int size)
+        : m_nameWidth(nameWidth)
+        , m_width(TableWidth - nameWidth)
+    {
+        m_text.reserve(size);
+    }
+
+    void writeRow(const QString& name, QStringView description)
+    {
+        appendBlanks(2);
+        m_text += name;
+        appendBlanks(m_nameWidth - name.size());
+        m_isFirstLine = true;
+        for (;;) {
+            const auto end = std::find(description.begin(), description.end(), QLatin1Char('\n'));
+            writeParagraph(QStringView(description.begin(), end));
+            if (end == description.end())
+                break;
+            description = QStringView(end + 1, description.end());
+        }
+        if (m_isFirstLine)
+            m_text += QLatin1Char('\n');
+    }
+
+    QString text() const { return m_text; }
+
+private:
+    void writeParagraph(QStringView paragraph)
+    {
+        if (paragraph.isEmpty())
+            writeLine();
+        const auto isSpace = [](QChar c) { return c.isSpace(); };
+        const auto end = paragraph.end();
+        auto word = std::find_if_not(paragraph.begin(), end, isSpace);
+        while (word != end) {
+            const auto wordEnd = std::find_if(word, end, isSpace);
+            addWord(QStringView(word, wordEnd));
+            word = std::find_if_not(wordEnd, end, isSpace);
+        }
+        if (m_hasPending)
+            writeLine();
+    }
+
+    // The length of a line counts a separator before its first word, except where an overflowing
+    // word began the line.
+    void addWord(QStringView word)
+    {
+        const int size = static_cast<int>(word.size());
+        if (size > m_width) {
+            const int cut = std::max(0, m_width - m_length - 1);
+            append(word.left(cut));
+            writeLine();
+            append(word.mid(cut));
+            m_length = size - cut;
+        } else if (m_length + 1 + size > m_width) {
+            writeLine();
+            append(word);
+            m_length = size;
         } else {
-            pending.append(word);
-            length += 1 + word.size();
-            if (length >= width) {
-                emitLine();
-                pending.clear();
-                length = 0;
-            }
+            append(word);
+            m_length += 1 + size;
+            if (m_length >= m_width)
+                writeLine();
         }
     }
-    if (!pending.isEmpty())
-        emitLine();
-    return lines;
-}
+
+    void appendBlanks(int count) { m_text.resize(m_text.size() + count, QLatin1Char(' ')); }
+
+    void append(QStringView word)
+    {
+        if (m_hasPending)
+            m_pending += QLatin1Char(' ');
+        m_pending.append(word.data(), static_cast<int>(word.size()));
+        m_hasPending = true;
+    }
+
+    // The pending words become a line, and there are none afterwards.
+    void writeLine()
+    {
+        appendBlanks(m_isFirstLine ? 2 : m_nameWidth + 4);
+        m_text += m_pending;
+        m_text += QLatin1Char('\n');
+        m_isFirstLine = false;
+        m_pending.truncate(0);
+        m_hasPending = false;
+        m_length = 0;
+    }
+
+    const int m_nameWidth;
+    const int m_width;
+    QString m_text;
+    QString m_pending;
+    bool m_hasPending = false;
+    bool m_isFirstLine = true;
+    int m_length = 0;
+};
+
+} // namespace
 
 QString DescriptionTable::format() const
 {
     int nameWidth = 0;
     for (const QString& name : names)
         nameWidth = std::max(nameWidth, name.size());
-
-    QString text;
-    QTextStream out(&text);
-    for (int row = 0; row < names.size(); ++row) {
-        QStringList lines;
-        const QStringList paragraphs = descriptions.at(row).split(QLatin1Char('\n'));
-        for (const QString& paragraph : paragraphs)
-            lines += paragraph.isEmpty() ? QStringList(QString())
-                                         : wrap(paragraph, TableWidth - nameWidth);
-
-        out << "  " << names.at(row).leftJustified(nameWidth);
-        if (lines.isEmpty())
-            out << '\n';
-        else
-            out << "  " << lines.takeFirst() << '\n';
-        for (const QString& line : qAsConst(lines))
-            out << QString(nameWidth + 4, QLatin1Char(' ')) << line << '\n';
-    }
-    out.flush();
-    return text;
+    // Enough, unless words are broken again and again.
+    int size = 0;
+    for (const QString& description : descriptions)
+        size += 2 * (nameWidth + 5) + description.size();
+    TableWriter writer(nameWidth, size);
+    for (int row = 0; row < names.size(); ++row)
+        writer.writeRow(names.at(row), descriptions.at(row));
+    return writer.text();
 }
 
 const CmdOption* _cmdline_parser_private::find(QStringView key) const
@@ -340,8 +391,11 @@ QString CmdLineParser::helpMessage() const
         DescriptionTable table;
         for (const CmdOption& option : qAsConst(d->options)) {
             QString name = option.names.join(QLatin1String(", "));
-            if (!option.valueName.isEmpty())
-                name += QLatin1String(" <") + option.valueName + QLatin1Char('>');
+            if (!option.valueName.isEmpty()) {
+                name += QLatin1String(" <");
+                name += option.valueName;
+                name += QLatin1Char('>');
+            }
             table.names.append(name);
             table.descriptions.append(option.description);
         }

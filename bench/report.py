@@ -1,0 +1,196 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Writes docs/performance.md and its plot from the results of the benchmarks.
+
+    report.py RESULTS.json COUNTS.txt DOCS
+"""
+
+import collections
+import datetime
+import json
+import pathlib
+import sys
+
+# What each row is held against: other ways of doing it, and the most that ours may cost of each.
+LIMITS = {
+    "trace": {"plain": 0.45},
+    "events/post direct": {"plain": 0.45},
+    "events/post queued": {"plain": 0.6},
+    "events/subscribe and unsubscribe": {"plain": 0.5},
+    "events/subscribe and unsubscribe, all of one name": {"plain": 0.5},
+    "events/getSubscribersFor": {"plain": 0.5},
+    "contexts/all switch": {"plain": 0.4, "hand": 1.5},
+    "contexts/none switches": {"core": 2},
+    "command line/parse": {"QCommandLineParser": 1, "CLI11": 1, "Boost.Program_options": 1},
+    "command line/help": {"QCommandLineParser": 1},
+    "documents/open": {"hand": 1.05},
+    "documents/activate": {"hand": 1.05},
+    "documents/retitle": {"hand": 1.05},
+    "documents/close": {"hand": 1.05},
+    "options/build, flat": {"hand": 1.2, "KPageDialog": 0.01},
+    "options/build, deep": {"hand": 1.2, "KPageDialog": 0.01},
+    "pool/add and destroy": {"hand": 1.3},
+}
+
+TITLES = {
+    "trace": ("One line of the trace",
+              "Each composition that the library writes. `stream` is `wisp::qlogstream`, which hosts "
+              "use for lines of their own."),
+    "events": ("Event bus", "Sizes are handlers, events in the queue, or subscriptions. "
+               "`lock and call` is a virtual call and an uncontended read lock for each handler."),
+    "contexts": ("Contexts and actions", "Sizes are proxy actions with two backends each."),
+    "command line": ("Command line", "Sizes are arguments × options for parsing, options for help."),
+    "documents": ("Document area", "Sizes are open documents."),
+    "options": ("Options dialog", "Sizes are pages, in one group or five levels deep."),
+    "pool": ("Object pool", "Sizes are objects."),
+}
+
+
+def read(path):
+    """{family: {row: {size: {who: (nanoseconds, allocations)}}}} in the order of the run."""
+    families = collections.OrderedDict()
+    for result in json.loads(path.read_text())["benchmarks"]:
+        if result.get("aggregate_name") != "median":
+            continue
+        parts = [part for part in result["run_name"].split("/") if part != "manual_time"]
+        family, row, who, *sizes = parts
+        size = " × ".join(sizes)
+        rows = families.setdefault(family, collections.OrderedDict())
+        by_size = rows.setdefault(row, collections.OrderedDict())
+        scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[result["time_unit"]]
+        by_size.setdefault(size, collections.OrderedDict())[who] = (
+            result["real_time"] * scale, result.get("allocations", 0))
+    return families
+
+
+def time(nanoseconds):
+    for limit, unit in ((1e3, "ns"), (1e6, "µs"), (1e9, "ms")):
+        if nanoseconds < limit:
+            return f"{nanoseconds / limit * 1e3:.3g} {unit}"
+    return f"{nanoseconds / 1e9:.3g} s"
+
+
+def limits(family, row):
+    return LIMITS.get(f"{family}/{row}", LIMITS.get(family, {}))
+
+
+def ratio(values, other):
+    return values["zentu"][0] / values[other][0] if other in values else None
+
+
+def table(family, row, by_size):
+    names = list(dict.fromkeys(who for values in by_size.values() for who in values))
+    judged = [who for who in limits(family, row) if who in names]
+    sized = any(by_size)
+    heads = (["size"] if sized else []) + names + ["allocations"] + [f"÷ {who}" for who in judged]
+    lines = ["| " + " | ".join(heads) + " |", "|" + "---|" * len(heads)]
+    for size, values in by_size.items():
+        cells = [size] if sized else []
+        cells += [time(values[who][0]) if who in values else "" for who in names]
+        cells.append(f"{values['zentu'][1]:.4g}")
+        for who in judged:
+            value = ratio(values, who)
+            over = value is not None and value > limits(family, row)[who]
+            cells.append("" if value is None else f"{value:.3g}" + (" (!)" if over else ""))
+        lines.append("| " + " | ".join(cells) + " |")
+    return lines
+
+
+def trace_table(rows):
+    """The lines all in one table, as they have no sizes."""
+    lines = ["| line | zentu | allocations | stream | hand | plain | ÷ plain |", "|---|---|---|---|---|---|---|"]
+    for row, by_size in rows.items():
+        values = by_size[""]
+        value = ratio(values, "plain")
+        lines.append("| " + " | ".join(
+            [row, time(values["zentu"][0]), f"{values['zentu'][1]:.3g}"]
+            + [time(values[who][0]) for who in ("stream", "hand", "plain")]
+            + [f"{value:.2f}" + (" (!)" if value > LIMITS["trace"]["plain"] else "")]) + " |")
+    return lines
+
+
+def plot(families):
+    """For each row the worst ratio to what it is first held against, on a logarithmic scale."""
+    bars = []
+    for family, rows in families.items():
+        worst = {}
+        for row, by_size in rows.items():
+            for who in limits(family, row):
+                values = [r for r in (ratio(v, who) for v in by_size.values()) if r]
+                if values:
+                    key = (f"trace, {len(rows)} lines" if family == "trace" else f"{family}: {row}", who)
+                    worst[key] = max([worst.get(key, 0)] + values)
+        bars += worst.items()
+    height, left, width = 22, 360, 380
+    low, high = 0.001, 10.0
+
+    def x(value):
+        import math
+        part = (math.log10(min(max(value, low), high)) - math.log10(low)) / (
+            math.log10(high) - math.log10(low))
+        return left + part * width
+
+    total = height * len(bars) + 60
+    out = [f'<svg xmlns="http://www.w3.org/2000/svg" width="{left + width + 70}" height="{total}" '
+           'font-family="sans-serif" font-size="12">',
+           '<rect width="100%" height="100%" fill="white"/>',
+           f'<text x="{left}" y="16" font-weight="bold">Time of ZentuKit ÷ time of the other, '
+           'at the worst size</text>']
+    for tick in (0.001, 0.01, 0.1, 1, 10):
+        strong = ' stroke-width="1.5"' if tick == 1 else ""
+        color = "#444" if tick == 1 else "#ddd"
+        out.append(f'<line x1="{x(tick):.0f}" y1="26" x2="{x(tick):.0f}" y2="{total - 24}" '
+                   f'stroke="{color}"{strong}/>')
+        out.append(f'<text x="{x(tick):.0f}" y="{total - 8}" text-anchor="middle">{tick:g}</text>')
+    for index, ((name, who), value) in enumerate(bars):
+        top = 30 + index * height
+        color = "#2b6cb0" if value <= 1 else "#dd9b3c"
+        out.append(f'<text x="{left - 8}" y="{top + 13}" text-anchor="end">{name} ÷ {who}</text>')
+        begin, end = sorted((x(low), x(value)))
+        out.append(f'<rect x="{begin:.0f}" y="{top}" width="{max(1, end - begin):.0f}" '
+                   f'height="{height - 6}" fill="{color}"/>')
+        out.append(f'<text x="{end + 5:.0f}" y="{top + 13}">{value:.2g}</text>')
+    return "\n".join(out + ["</svg>", ""])
+
+
+def main():
+    results, counts, docs = (pathlib.Path(argument) for argument in sys.argv[1:])
+    families = read(results)
+    context = json.loads(results.read_text())["context"]
+    lines = [
+        "# Performance", "",
+        "Written by `scripts/bench`; run it to have the numbers of your own machine. All of them come "
+        "from one run, so the ratios tell more than the times.", "",
+        f"{datetime.date.today():%d %B %Y}, {context['num_cpus']} cores at {context['mhz_per_cpu']} MHz, "
+        "median of three, with a logger that does nothing.", "",
+        "- `zentu` is the library.",
+        "- `core` does the same steps, written by hand, without a line of trace.",
+        "- `hand` is `core` with the line put together by hand, character by character.",
+        "- `plain` is straightforward code: `QDebug`, connections by name, copies.",
+        "- Allocations are those of `zentu`. A mark (!) stands behind a ratio over our own limit.", "",
+        "![The worst ratio of each row](images/performance.svg)", ""]
+    for family, rows in families.items():
+        title, text = TITLES[family]
+        lines += [f"## {title}", "", text, ""]
+        if family == "trace":
+            lines += trace_table(rows) + [""]
+            continue
+        for row, by_size in rows.items():
+            lines += [f"### {row}", ""] + table(family, row, by_size) + [""]
+    notes = results.parent.parent.parent / "bench/notes.md"
+    if notes.exists():
+        lines += [notes.read_text().rstrip(), ""]
+    if counts.exists():
+        lines += ["## Instructions", "",
+                  "A hundred times each, counted by callgrind; `scripts/bench --counts` fails when one "
+                  "grows by more than 5 %.", "", "| operation | instructions |", "|---|---|"]
+        lines += [f"| {name} | {int(count):,} |"
+                  for name, count in (line.split() for line in counts.read_text().splitlines())]
+        lines.append("")
+    (docs / "performance.md").write_text("\n".join(lines))
+    (docs / "images").mkdir(exist_ok=True)
+    (docs / "images/performance.svg").write_text(plot(families))
+
+
+if __name__ == "__main__":
+    main()
