@@ -5,7 +5,7 @@ set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
 # What a build needs; the checks add to it.
-build_packages=(g++ cmake ninja-build qtbase5-dev fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools fonts-dejavu-core)
 
 step() { printf '==> %s\n' "$*"; }
 

@@ -4,6 +4,7 @@
 #include "event_mgr.h"
 #include "main_window.h"
 #include "trace_hub.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QPixmap>
@@ -75,6 +76,7 @@ int main(int argc, char* argv[])
     if (!commandLine.traceFile.isEmpty())
         trace.writeTo(commandLine.traceFile);
     followAppearanceSetting();
+    loadTranslations();
 
     MainWindow window;
     window.show();

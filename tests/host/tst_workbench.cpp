@@ -19,6 +19,7 @@
 #include "settings.h"
 #include "text_document.h"
 #include "trace_hub.h"
+#include "translations.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -42,6 +43,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
+#include <QTranslator>
 #include <QTreeWidget>
 
 #include <memory>
@@ -115,6 +117,7 @@ private Q_SLOTS:
     void wrapAndZoomApplyToTexts();
     void tabsShowShortTitlesAndWholePaths();
     void preferencesApplyToOpenDocuments();
+    void translationsFollowTheLocale();
     void windowStateSurvives();
     void kindsOfDocumentsArePublished();
     void traceIsADocument();
@@ -479,6 +482,20 @@ void WorkbenchTest::preferencesApplyToOpenDocuments()
     QCOMPARE(Settings::instance()->editorFont().pointSize(), 21);
     QCOMPARE(Settings::instance()->appearance(), Settings::Appearance::Dark);
     QVERIFY(!Settings::instance()->fitImages());
+}
+
+void WorkbenchTest::translationsFollowTheLocale()
+{
+    const QLocale previous;
+    const auto options = [] {
+        return QCoreApplication::translate("Zentu::OptionDialog", "Options");
+    };
+    QCOMPARE(options(), QStringLiteral("Options"));
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Austria));
+    loadTranslations();
+    QLocale::setDefault(previous);
+    QCOMPARE(options(), QStringLiteral("Optionen"));
+    delete qApp->findChild<QTranslator*>();
 }
 
 void WorkbenchTest::windowStateSurvives()
