@@ -1,0 +1,33 @@
+# Packages: cpack -G DEB makes one of each part, cpack -G TGZ one archive.
+
+set(CPACK_PACKAGE_NAME zentukit)
+set(CPACK_PACKAGE_VENDOR "The ZentuKit developers")
+set(CPACK_PACKAGE_CONTACT "The ZentuKit developers <developers@zentukit.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL runtime development)
+if(TARGET zentu-workbench)
+  list(APPEND CPACK_COMPONENTS_ALL workbench)
+endif()
+
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+# The libraries that the packages bring along are not in a package yet when dependencies are sought.
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/lib")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME libzentukit)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libzentukit-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+  "libzentukit (= ${PROJECT_VERSION}), qtbase5-dev (>= 5.15)")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME zentu-workbench)
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION editors)
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: what programs run with")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION}: what programs are built with")
+set(CPACK_COMPONENT_WORKBENCH_DESCRIPTION "Opens text and image files in one window")
+set(CPACK_COMPONENTS_GROUPING IGNORE)
+include(CPack)

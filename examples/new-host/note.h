@@ -1,0 +1,25 @@
+#pragma once
+
+#include <ZentuKit/IMdiSubWindow>
+
+class QPlainTextEdit;
+
+/// A document: some text.
+class Note : public Zentu::IMdiSubWindow
+{
+    Q_OBJECT
+
+public:
+    /// The context in which the actions of notes apply.
+    static const QString Context;
+    /// The event that a note was added; with its "title".
+    static const QString Added;
+
+    explicit Note(const QString& text);
+
+    QString text() const;
+    void clear();
+
+private:
+    QPlainTextEdit* m_editor;
+};
