@@ -49,7 +49,7 @@ Q_SIGNALS:
     void fileChanged(const QString& path);
 
 private Q_SLOTS:
-    void onFileChanged(const QString& path);
+    void onFileChanged(QString path);
 
 private:
     QFileSystemWatcher* watcher;

@@ -34,7 +34,7 @@ public:
     /**
      * Records one finished line.
      *
-     * @param level the line's level; the library passes only #LogInfo
+     * @param level the line's level; the library passes only wisp::LogInfo
      * @param text  NUL-terminated Latin-1, owned by the caller and valid only during the call
      *
      * May be called from any thread. Must not call back into ZentuKit: some lines are written while
@@ -50,11 +50,12 @@ public:
 class item_text
 {
 public:
-    /// A string with a label before it; neither is written if the string is empty.
+    /// A string with a label before it, both written only if it is to be shown.
     struct Labelled
     {
-        const char* label;
-        const QString& string;
+        const char* label;                ///< Plain text
+        const QString& string;            ///< Written in quotes
+        bool isShown = !string.isEmpty(); ///< By default, unless the string is empty
     };
 
     /// Writes an item by its parts, and the blank that closes it.
@@ -68,6 +69,7 @@ public:
     /// Whether Qt's help was not needed, so that no character can have been lost.
     bool isPlain() const { return m_isPlain; }
 
+    /// What was written, valid until more is.
     QLatin1String toLatin1String() const { return QLatin1String(m_text.data(), m_text.size()); }
 
     /// Hands the text to the logger. Nothing is to be written after that.
@@ -128,7 +130,7 @@ private:
 
     void append(const Labelled& part)
     {
-        if (part.string.isEmpty())
+        if (!part.isShown)
             return;
         append(part.label);
         append(part.string);
@@ -202,7 +204,7 @@ private:
 class qlogstream
 {
 public:
-    /// Starts an empty line that will be sent at @p lineLevel, normally #LogInfo.
+    /// Starts an empty line that will be sent at @p lineLevel, normally wisp::LogInfo.
     explicit qlogstream(int lineLevel)
         : level(lineLevel)
         , debug(&buffer)

@@ -2,7 +2,6 @@
 #include "action_mgr.h"
 
 #include "action_mgr_p.h"
-#include "methods_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
@@ -19,17 +18,15 @@ namespace Zentu {
 
 template <typename Widget>
 static void registerWidget(_action_mgr_private* d, QHash<QString, Widget*>& widgets,
-    const char* text, const QMetaMethod& onDestroyed, const QString& id, Widget* widget)
+    const char* text, const char* onDestroyed, const QString& id, Widget* widget)
 {
-    static const QMetaMethod destroyed = QMetaMethod::fromSignal(&QObject::destroyed);
-
     if (widgets.contains(id)) {
         qCritical() << d->owner << text << id << widget << "duplicated ID";
         return;
     }
     Trace() << d->owner << text << id << widget;
     widgets.insert(id, widget);
-    QObject::connect(widget, destroyed, d, onDestroyed);
+    QObject::connect(widget, SIGNAL(destroyed(QObject*)), d, onDestroyed);
 }
 
 // A widget with two identifiers is connected twice, so each call drops one entry.
@@ -88,22 +85,19 @@ ActionManager::~ActionManager()
 
 void ActionManager::registerMenu(const QString& id, QMenu* menu)
 {
-    static const QMetaMethod onDestroyed = slotOf<_action_mgr_private>("onMenuDestroyed(QObject*)");
-    registerWidget(d, d->menus, "register menu", onDestroyed, id, menu);
+    registerWidget(d, d->menus, "register menu", SLOT(onMenuDestroyed(QObject*)), id, menu);
 }
 
 void ActionManager::registerMenubar(const QString& id, QMenuBar* menubar)
 {
-    static const QMetaMethod onDestroyed =
-        slotOf<_action_mgr_private>("onMenubarDestroyed(QObject*)");
-    registerWidget(d, d->menubars, "register menubar", onDestroyed, id, menubar);
+    registerWidget(
+        d, d->menubars, "register menubar", SLOT(onMenubarDestroyed(QObject*)), id, menubar);
 }
 
 void ActionManager::registerToolbar(const QString& id, QToolBar* toolbar)
 {
-    static const QMetaMethod onDestroyed =
-        slotOf<_action_mgr_private>("onToolbarDestroyed(QObject*)");
-    registerWidget(d, d->toolbars, "register toolbar", onDestroyed, id, toolbar);
+    registerWidget(
+        d, d->toolbars, "register toolbar", SLOT(onToolbarDestroyed(QObject*)), id, toolbar);
 }
 
 QMenu* ActionManager::getMenu(const QString& id) const

@@ -151,14 +151,36 @@ QString DescriptionTable::format() const
 
 const CmdOption* _cmdline_parser_private::find(QStringView key) const
 {
-    for (; indexed < options.size(); ++indexed) {
-        for (const QString& declared : options.at(indexed).keys) {
-            if (!index.contains(declared))
-                index.insert(declared, indexed);
-        }
+    if (!options.isSharedWith(indexed)) {
+        index.clear();
+        for (int i = 0; i < options.size(); ++i)
+            addToIndex(i);
+        indexed = options;
     }
     const auto it = index.constFind(key);
     return it == index.constEnd() ? nullptr : &options.at(it.value());
+}
+
+void _cmdline_parser_private::addToIndex(int option) const
+{
+    for (const QString& key : options.at(option).keys) {
+        if (!index.contains(key))
+            index.insert(key, option);
+    }
+}
+
+void _cmdline_parser_private::declare(const CmdOption& option)
+{
+    const bool isIndexed = options.isSharedWith(indexed);
+    // A list with two owners would be copied.
+    indexed = QList<CmdOption>();
+    options.append(option);
+    if (isIndexed) {
+        addToIndex(options.size() - 1);
+        indexed = options;
+    } else {
+        index.clear();
+    }
 }
 
 CmdOption _cmdline_parser_private::findOptionDefine(const QString& key) const
@@ -268,7 +290,7 @@ void CmdLineParser::addOption(
     option.id = qHash(option.keys.first(), 0);
     option.description = description;
     option.valueName = valueName;
-    d->options.append(option);
+    d->declare(option);
 }
 
 void CmdLineParser::addOption(

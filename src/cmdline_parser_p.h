@@ -57,13 +57,16 @@ public:
 
     bool parse(const QStringList& args, ListMode listMode);
     const CmdOption* find(QStringView key) const;
+    void declare(const CmdOption& option);
 
 private:
+    void addToIndex(int option) const;
     int takeOption(const QStringList& args, int index, ListMode listMode);
 
-    // The first option of each key; the keys are those of the declared options, so they stay.
+    // The first option of each key, and the declarations that it was made of, whose keys it refers
+    // to. A list that has changed does not share its items with them any more.
     mutable QHash<QStringView, int> index;
-    mutable int indexed = 0;
+    mutable QList<CmdOption> indexed;
 };
 
 } // namespace Zentu

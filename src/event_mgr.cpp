@@ -2,10 +2,10 @@
 #include "event_mgr.h"
 
 #include "ievent_handler.h"
-#include "methods_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
+#include <QMetaMethod>
 #include <QMetaType>
 #include <QMultiMap>
 #include <QReadLocker>
@@ -114,10 +114,15 @@ QList<IEventHandler*> EventManager::getSubscribersFor(const QString& type)
 
 void EventManager::postEvent(IEvent* event, PostMode mode)
 {
-    static const QMetaMethod dispatchSlot = slotOf<EventManager>("dispatch(IEvent*)");
+    static const QMetaMethod dispatchSlot =
+        staticMetaObject.method(staticMetaObject.indexOfSlot("dispatch(IEvent*)"));
 
     Trace() << this << "post event" << event << static_cast<int>(mode);
-    dispatchSlot.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
+    // Looked up once, but for a derived class, which may have declared a slot of that name.
+    if (metaObject() == &staticMetaObject)
+        dispatchSlot.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
+    else
+        QMetaObject::invokeMethod(this, "dispatch", connectionType(mode), Q_ARG(IEvent*, event));
 }
 
 void EventManager::dispatch(IEvent* event)

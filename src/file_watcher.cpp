@@ -44,7 +44,7 @@ void FileWatcher::removeFile(const QString& path)
     watcher->removePath(path);
 }
 
-void FileWatcher::onFileChanged(const QString& path)
+void FileWatcher::onFileChanged(QString path) // NOLINT(performance-*): a slot that hosts may know
 {
     Trace() << this << "file changed:" << path;
     watcher->removePath(path);

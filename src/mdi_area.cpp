@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "mdi_area.h"
 
+#include "link_p.h"
 #include "mdi_area_p.h"
-#include "methods_p.h"
 #include "trace_p.h"
 
 #include <QCloseEvent>
@@ -92,37 +92,29 @@ _mdi_area_private::_mdi_area_private(MdiArea* area)
     tabBar->setContextMenuPolicy(Qt::CustomContextMenu);
 }
 
-/// A signal of the tab bar and the slot that it reaches.
-struct TabBarConnection
-{
-    QMetaMethod signal;
-    QMetaMethod slot;
-};
+using TabBarLink = Link<QTabBar, _mdi_area_private>;
 
 // In the order in which they are made and broken.
-static const std::array<TabBarConnection, 3>& tabBarConnections()
+static const std::array<TabBarLink, 3>& tabBarLinks()
 {
-    static const std::array<TabBarConnection, 3> connections = {{
-        {QMetaMethod::fromSignal(&QTabBar::currentChanged),
-            slotOf<_mdi_area_private>("onCurrentTabChanged(int)")},
-        {QMetaMethod::fromSignal(&QTabBar::tabCloseRequested),
-            slotOf<_mdi_area_private>("onTabClosedRequest(int)")},
-        {QMetaMethod::fromSignal(&QTabBar::customContextMenuRequested),
-            slotOf<_mdi_area_private>("onTabBarContextMenuRequested(QPoint)")},
-    }};
-    return connections;
+    static const std::array<TabBarLink, 3> links = {
+        TabBarLink{SIGNAL(currentChanged(int)), SLOT(onCurrentTabChanged(int))},
+        TabBarLink{SIGNAL(tabCloseRequested(int)), SLOT(onTabClosedRequest(int))},
+        TabBarLink{SIGNAL(customContextMenuRequested(QPoint)),
+            SLOT(onTabBarContextMenuRequested(QPoint))}};
+    return links;
 }
 
 void _mdi_area_private::connectTabbar()
 {
-    for (const auto& [signal, slot] : tabBarConnections())
-        connect(tabBar, signal, this, slot);
+    for (const TabBarLink& link : tabBarLinks())
+        link.connect(tabBar, this);
 }
 
 void _mdi_area_private::disconnectTabbar()
 {
-    for (const auto& [signal, slot] : tabBarConnections())
-        disconnect(tabBar, signal, this, slot);
+    for (const TabBarLink& link : tabBarLinks())
+        link.disconnect(tabBar, this);
 }
 
 bool _mdi_area_private::contains(const IMdiSubWindow* window) const
@@ -167,7 +159,7 @@ void _mdi_area_private::removeWindow(IMdiSubWindow* window)
     removeTab(window);
 }
 
-void _mdi_area_private::removeTab(const IMdiSubWindow* window)
+void _mdi_area_private::removeTab(IMdiSubWindow* window)
 {
     disconnectTabbar();
     tabBar->removeTab(window2tab(window));
@@ -183,12 +175,12 @@ void _mdi_area_private::release(IMdiSubWindow* window)
 
 // A document that died without being closed leaves its address in its tab, so the address is not
 // looked at here.
-IMdiSubWindow* _mdi_area_private::tab2window(int index) const
+IMdiSubWindow* _mdi_area_private::tab2window(int index)
 {
     return static_cast<IMdiSubWindow*>(tabBar->tabData(index).value<void*>());
 }
 
-int _mdi_area_private::window2tab(const IMdiSubWindow* window) const
+int _mdi_area_private::window2tab(IMdiSubWindow* window)
 {
     for (int index = 0; index < tabBar->count(); ++index) {
         if (tab2window(index) == window)

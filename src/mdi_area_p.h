@@ -29,8 +29,8 @@ public:
     void connectTabbar();
     void disconnectTabbar();
 
-    IMdiSubWindow* tab2window(int index) const;
-    int window2tab(const IMdiSubWindow* window) const;
+    IMdiSubWindow* tab2window(int index);
+    int window2tab(IMdiSubWindow* window);
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -51,7 +51,7 @@ public:
     QPointer<QObject> currentGuard;
 
 private:
-    void removeTab(const IMdiSubWindow* window);
+    void removeTab(IMdiSubWindow* window);
     void release(IMdiSubWindow* window);
 };
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "object_pool.h"
 
-#include "methods_p.h"
+#include "link_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
@@ -25,8 +25,8 @@ ObjectPool::~ObjectPool() = default;
 
 void ObjectPool::addObject(QObject* obj)
 {
-    static const QMetaMethod destroyed = QMetaMethod::fromSignal(&QObject::destroyed);
-    static const QMetaMethod onDestroyed = slotOf<ObjectPool>("onObjectDestroyed(QObject*)");
+    static const Link<QObject, ObjectPool> destroyed(
+        SIGNAL(destroyed(QObject*)), SLOT(onObjectDestroyed(QObject*)));
 
     const QWriteLocker locker(&lock);
     if (objects.contains(obj)) {
@@ -35,7 +35,7 @@ void ObjectPool::addObject(QObject* obj)
     }
     Trace() << this << "add object:" << obj;
     objects.append(obj);
-    connect(obj, destroyed, this, onDestroyed);
+    destroyed.connect(obj, this);
 }
 
 void ObjectPool::removeObject(QObject* obj)
@@ -70,9 +70,9 @@ void ObjectPool::onObjectDestroyed(QObject* obj)
     {
         Trace line;
         line << this << "object destoryed:";
-        // An object of another thread is gone when its signal arrives through the event loop:
-        // sender() is null then, and nothing but the address is left to print.
-        if (sender() == obj)
+        // An object of another thread is gone, or about to go, when its signal arrives through the
+        // event loop: nothing but the address is left to print.
+        if (sender() == obj && obj->thread() == thread())
             line << obj;
         else
             line << ("QObject(0x" + QByteArray::number(reinterpret_cast<quintptr>(obj), 16) + ')')

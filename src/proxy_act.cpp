@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "proxy_act.h"
 
-#include "methods_p.h"
+#include "link_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
 #include <QHash>
 
 #include <algorithm>
+#include <array>
 
 namespace Zentu {
 
@@ -24,23 +25,26 @@ public:
     QHash<QString, QAction*> backends;
 };
 
-/// The signals and slots by which a proxy and its backends are connected.
-struct ProxyMethods
+/// How a proxy and its backends are connected.
+struct ProxyLinks
 {
-    const QMetaMethod changed = QMetaMethod::fromSignal(&QAction::changed);
-    const QMetaMethod triggered = QMetaMethod::fromSignal(&QAction::triggered);
-    const QMetaMethod toggled = QMetaMethod::fromSignal(&QAction::toggled);
-    const QMetaMethod hovered = QMetaMethod::fromSignal(&QAction::hovered);
-    const QMetaMethod destroyed = QMetaMethod::fromSignal(&QObject::destroyed);
-    const QMetaMethod updateProxyProperties = slotOf<ProxyAction>("updateProxyProperties()");
-    const QMetaMethod onBackendActionDestroyed =
-        slotOf<ProxyAction>("onBackendActionDestroyed(QObject*)");
+    using FromBackend = Link<QAction, ProxyAction>;
+    using ToBackend = Link<ProxyAction, QAction>;
+
+    const FromBackend destroyed{
+        SIGNAL(destroyed(QObject*)), SLOT(onBackendActionDestroyed(QObject*))};
+    const FromBackend changed{SIGNAL(changed()), SLOT(updateProxyProperties())};
+    // In the order in which they are made and broken.
+    const std::array<ToBackend, 3> forwarding{
+        ToBackend{SIGNAL(triggered(bool)), SIGNAL(triggered(bool))},
+        ToBackend{SIGNAL(toggled(bool)), SIGNAL(toggled(bool))},
+        ToBackend{SIGNAL(hovered()), SIGNAL(hovered())}};
 };
 
-static const ProxyMethods& methods()
+static const ProxyLinks& links()
 {
-    static const ProxyMethods methods;
-    return methods;
+    static const ProxyLinks links;
+    return links;
 }
 
 QAction* _proxy_act_private::select() const
@@ -66,7 +70,7 @@ ProxyAction::ProxyAction(QObject* parent)
     d->defaultProp = new QAction(this);
     d->defaultProp->setEnabled(false);
     updateProxyProperties();
-    connect(d->defaultProp, methods().changed, this, methods().updateProxyProperties);
+    links().changed.connect(d->defaultProp, this);
 }
 
 ProxyAction::~ProxyAction()
@@ -81,7 +85,7 @@ void ProxyAction::addBackendAction(QAction* action, const QString& context)
     } else {
         Trace() << this << "add backend action" << context << action;
         d->backends.insert(context, action);
-        connect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+        links().destroyed.connect(action, this);
     }
     if (d->currentContext.contains(context))
         updateProxy(false);
@@ -96,7 +100,7 @@ void ProxyAction::removeBackendAction(QAction* action)
     }
     Trace() << this << "remove backend action" << action;
     d->backends.erase(it);
-    disconnect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+    links().destroyed.disconnect(action, this);
     if (d->activeBackend == action)
         updateProxy(false);
 }
@@ -111,7 +115,7 @@ QAction* ProxyAction::removeBackendContext(const QString& context)
     QAction* const action = it.value();
     Trace() << this << "remove backend context" << context << action;
     d->backends.erase(it);
-    disconnect(action, methods().destroyed, this, methods().onBackendActionDestroyed);
+    links().destroyed.disconnect(action, this);
     if (d->activeBackend == action)
         updateProxy(false);
     return action;
@@ -155,20 +159,17 @@ void ProxyAction::updateProxy(bool oldBackendDead)
         return;
     Trace() << this << "change active backend action to" << candidate;
 
-    const ProxyMethods& m = methods();
     if (QAction* const old = d->activeBackend; old && !oldBackendDead) {
-        disconnect(old, m.changed, this, m.updateProxyProperties);
-        disconnect(this, m.triggered, old, m.triggered);
-        disconnect(this, m.toggled, old, m.toggled);
-        disconnect(this, m.hovered, old, m.hovered);
+        links().changed.disconnect(old, this);
+        for (const ProxyLinks::ToBackend& link : links().forwarding)
+            link.disconnect(this, old);
     }
     d->activeBackend = candidate;
     updateProxyProperties();
     if (candidate) {
-        connect(candidate, m.changed, this, m.updateProxyProperties);
-        connect(this, m.triggered, candidate, m.triggered);
-        connect(this, m.toggled, candidate, m.toggled);
-        connect(this, m.hovered, candidate, m.hovered);
+        links().changed.connect(candidate, this);
+        for (const ProxyLinks::ToBackend& link : links().forwarding)
+            link.connect(this, candidate);
     }
 }
 

@@ -72,12 +72,16 @@ Trace& Trace::operator<<(const QAction* action)
     if (!action)
         return item("QAction(", address(action), "0)");
     const char* const checked = action->isChecked() ? " checked=true" : " checked=false";
+    // Not empty, a shortcut can still have no text, and a role can have no name.
     const QKeySequence shortcut = action->shortcut();
-    const QString keys = shortcut.isEmpty() ? QString() : shortcut.toString();
+    const bool hasShortcut = !shortcut.isEmpty();
+    const QString keys = hasShortcut ? shortcut.toString() : QString();
+    const char* const role = roles.valueToKey(action->menuRole());
+    const QByteArray number = role ? QByteArray() : QByteArray::number(action->menuRole());
     return item("QAction(", address(action), " text=", action->text(),
         Labelled{" toolTip=", action->toolTip()}, action->isCheckable() ? checked : "",
-        Labelled{" shortcut=QKeySequence(", keys}, keys.isEmpty() ? "" : ")",
-        " menuRole=", roles.valueToKey(action->menuRole()),
+        Labelled{" shortcut=QKeySequence(", keys, hasShortcut}, hasShortcut ? ")" : "",
+        " menuRole=", role ? role : number.constData(),
         action->isVisible() ? " visible=true)" : " visible=false)");
 }
 

@@ -232,6 +232,8 @@ void ActionManagerTest::takenIdentifierIsRefused()
     const std::unique_ptr<QWidget> first(family.create());
     const std::unique_ptr<QWidget> second(family.create());
     family.add(&manager, F, first.get());
+    // The printers of widgets and of objects differ in the name.
+    second->setObjectName(QStringLiteral("second"));
     Recorder recorder;
     family.add(&manager, F, second.get());
     QCOMPARE(recorder.take(),
@@ -276,7 +278,13 @@ void ActionManagerTest::widgetWithTwoIdentifiersLeavesTwice()
     family.add(&manager, F, widget.get());
     family.add(&manager, G, widget.get());
     Recorder recorder;
+    QList<int> registered;
+    recorder.onEntry([&](const Entry&) {
+        registered.append((family.get(&manager, F) ? 1 : 0) + (family.get(&manager, G) ? 1 : 0));
+    });
     widget.reset();
+    recorder.onEntry({});
+    QCOMPARE(registered, QList<int>({2, 1}));
     QCOMPARE(recorder.take().filter(family.name + QLatin1String(" destroyed ")).size(), 2);
     QVERIFY(!family.get(&manager, F));
     QVERIFY(!family.get(&manager, G));

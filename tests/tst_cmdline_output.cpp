@@ -7,6 +7,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <cstdio>
+
 using Zentu::CmdLineParser;
 
 namespace {
@@ -15,6 +17,8 @@ int runTool(const QStringList& arguments)
 {
     CmdLineParser parser(QStringLiteral("tool"));
     parser.setBrief(qEnvironmentVariable("ZENTU_TEST_BRIEF"));
+    // Written by the host, and still in the buffer when the parser writes.
+    std::fputs(qgetenv("ZENTU_TEST_BEFORE").constData(), stdout);
     parser.addHelpOption({QStringLiteral("-h")});
     const bool parsed = parser.parse(arguments);
     if (parser.isSet(QStringLiteral("h"))) {
@@ -34,6 +38,7 @@ class CmdLineOutputTest : public QObject
 private Q_SLOTS:
     void errorsAreWrittenWithANewline_data();
     void errorsAreWrittenWithANewline();
+    void outputStandsBehindTheHosts();
     void helpIsWrittenWithANewline_data();
     void helpIsWrittenWithANewline();
 };
@@ -83,6 +88,15 @@ void CmdLineOutputTest::errorsAreWrittenWithANewline()
     compareOutput(arguments, QString(), arguments.isEmpty() ? 0 : 2, output);
 }
 
+void CmdLineOutputTest::outputStandsBehindTheHosts()
+{
+    qputenv("ZENTU_TEST_BEFORE", "before ");
+    compareOutput({}, QString(), 0, "before \n");
+    compareOutput({QStringLiteral("-h")}, QString(), 0,
+        "before Usage:\n  tool [options]\nOptions:\n  -h  Show this help.\n\n");
+    qunsetenv("ZENTU_TEST_BEFORE");
+}
+
 void CmdLineOutputTest::helpIsWrittenWithANewline_data()
 {
     QTest::addColumn<QString>("brief");
@@ -90,6 +104,7 @@ void CmdLineOutputTest::helpIsWrittenWithANewline_data()
     QTest::newRow("plain") << QStringLiteral("Does it.") << QByteArray("Does it.");
     QTest::newRow("percent") << QStringLiteral("%s at 100%% of %n")
                              << QByteArray("%s at 100% of %n");
+    QTest::newRow("beyond Latin-1") << QStringLiteral("\u00e4\u4e2d") << QByteArray("\xe4?");
 }
 
 void CmdLineOutputTest::helpIsWrittenWithANewline()

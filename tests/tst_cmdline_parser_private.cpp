@@ -4,7 +4,9 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 
 using namespace Zentu;
 
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void declarationsAreStoredAsGiven();
     void valuesAreStoredUnderTheHashOfTheFirstKey();
     void optionWhoseHashIsZeroIsNeverSet();
+    void fieldsStandInOrder();
+    void changedDeclarationsAreFoundAnew();
     void tableAlignsItsColumns();
     void emptyTableIsEmpty();
     void namesWiderThanTheTableLeaveNoRoom();
@@ -158,6 +162,51 @@ void CmdLineParserPrivateTest::optionWhoseHashIsZeroIsNeverSet()
     QCOMPARE(privateOf(parser).values.value(0), latin("x"));
     QVERIFY(!parser.isSet(key));
     QCOMPARE(parser.getValue(key), QString());
+}
+
+template <typename... Fields>
+static bool areInOrder(const Fields&... fields)
+{
+    const void* const addresses[] = {&fields...};
+    return std::is_sorted(std::begin(addresses), std::end(addresses));
+}
+
+void CmdLineParserPrivateTest::fieldsStandInOrder()
+{
+    const _cmdline_parser_private d;
+    QVERIFY(areInOrder(d.appName, d.brief, d.options, d.posArguments, d.values, d.posValues,
+        d.unknownOptions, d.missingValues));
+    const CmdOption o;
+    QVERIFY(areInOrder(o.id, o.names, o.keys, o.description, o.valueName));
+    const PosArgument a;
+    QVERIFY(areInOrder(a.name, a.description));
+    const DescriptionTable t;
+    QVERIFY(areInOrder(t.names, t.descriptions));
+}
+
+void CmdLineParserPrivateTest::changedDeclarationsAreFoundAnew()
+{
+    _cmdline_parser_private d;
+    d.options = {option({latin("a")})};
+    QVERIFY(d.hasOption(latin("a")));
+    d.options = {option({latin("b")}, 2)};
+    QVERIFY(!d.hasOption(latin("a")));
+    QCOMPARE(d.findOptionDefine(latin("b")).id, 2U);
+    d.options.first().keys = QStringList(latin("c"));
+    QVERIFY(!d.hasOption(latin("b")));
+    QVERIFY(d.hasOption(latin("c")));
+    d.declare(option({latin("c"), latin("d")}, 3));
+    QCOMPARE(d.findOptionDefine(latin("c")).id, 2U);
+    QCOMPARE(d.findOptionDefine(latin("d")).id, 3U);
+    d.options.clear();
+    QVERIFY(!d.hasOption(latin("c")));
+    d.declare(option({latin("e")}, 4));
+    QCOMPARE(d.findOptionDefine(latin("e")).id, 4U);
+    QVERIFY(!d.hasOption(latin("d")));
+    d.options.append(option({latin("f")}, 5));
+    d.declare(option({latin("g")}, 6));
+    d.options.clear();
+    QVERIFY(!d.hasOption(latin("f")) && !d.hasOption(latin("g")));
 }
 
 void CmdLineParserPrivateTest::tableAlignsItsColumns()

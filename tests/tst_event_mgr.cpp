@@ -12,8 +12,10 @@
 #include <QThread>
 
 #include <atomic>
+#include <cstdio>
 #include <functional>
 #include <memory>
+#include <type_traits>
 
 using namespace Support;
 using namespace Zentu;
@@ -94,6 +96,15 @@ LockProbe subscriptionsProbe()
 
 } // namespace
 
+static_assert(std::is_same_v<decltype(&EventManager::getSubscribersFor),
+    QList<IEventHandler*> (EventManager::*)(const QString&)>);
+static_assert(std::is_same_v<decltype(&EventManager::subscribe),
+    void (EventManager::*)(IEventHandler*, const QString&)>);
+static_assert(std::is_same_v<decltype(&EventManager::postEvent),
+    void (EventManager::*)(IEvent*, EventManager::PostMode)>);
+static_assert(std::is_same_v<std::underlying_type_t<EventManager::PostMode>, int>);
+static_assert(std::is_convertible_v<EventManager::PostMode, int>);
+
 class EventManagerTest : public QObject
 {
     Q_OBJECT
@@ -132,6 +143,9 @@ private Q_SLOTS:
     void postFromAHandlerNests();
     void deliveryTakesNoLock();
     void blockingPostFromTheManagersThreadIsNotDelivered();
+    void derivedManagerDispatchesItself();
+    void managerEndsWithTheProcess();
+    void managerLivesInTheThreadThatAskedFirst();
     void messagesCarryNoContext();
     void managersAreIndependent();
 };
@@ -578,6 +592,71 @@ void EventManagerTest::deliveryTakesNoLock()
     recorder.onEntry({});
     QVERIFY(couldRead);
     QVERIFY(couldReadAtTheLine);
+}
+
+/// A manager whose class has declared the slot anew.
+class OtherManager : public EventManager
+{
+    Q_OBJECT
+
+public:
+    int dispatched = 0;
+
+private Q_SLOTS:
+    void dispatch(IEvent* event)
+    {
+        ++dispatched;
+        delete event;
+    }
+};
+
+void EventManagerTest::derivedManagerDispatchesItself()
+{
+    OtherManager manager;
+    manager.postEvent(new IEvent(X));
+    QCOMPARE(manager.dispatched, 1);
+}
+
+// Runs one of the tests below in a process of its own, and gives what it says.
+static QByteArray outputOfChild()
+{
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("ZENTU_TEST_CHILD"), QStringLiteral("1"));
+    child.setProcessEnvironment(environment);
+    child.start(
+        QCoreApplication::applicationFilePath(), {QLatin1String(QTest::currentTestFunction())});
+    return child.waitForFinished() ? child.readAllStandardOutput() : QByteArray();
+}
+
+static bool isChild()
+{
+    return qEnvironmentVariableIsSet("ZENTU_TEST_CHILD");
+}
+
+void EventManagerTest::managerEndsWithTheProcess()
+{
+    if (isChild()) {
+        connect(bus(), &QObject::destroyed, [] { std::puts("the bus is gone"); });
+        return;
+    }
+    const QByteArray output = outputOfChild();
+    QVERIFY2(output.endsWith("the bus is gone\n"), output.constData());
+}
+
+void EventManagerTest::managerLivesInTheThreadThatAskedFirst()
+{
+    if (isChild()) {
+        const std::unique_ptr<QThread> thread(QThread::create([] {
+            std::puts(EventManager::instance()->thread() == QThread::currentThread()
+                    ? "the thread is that of the caller"
+                    : "the thread is another one");
+        }));
+        thread->start();
+        thread->wait();
+        return;
+    }
+    QVERIFY(outputOfChild().contains("the thread is that of the caller\n"));
 }
 
 // Runs itself, as the one that posts never returns with the Qt of today.

@@ -4,6 +4,7 @@
 #include "lambda_slot.h"
 #include "recorder.h"
 
+#include <QAbstractEventDispatcher>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QFile>
@@ -38,6 +39,7 @@ private Q_SLOTS:
     void fileThatWasNeverAddedIsRemovedQuietly();
     void changeIsToldWhenThePathIsOffTheWatch();
     void pathIsWatchedAgainAfterTheDelay();
+    void rewatchIsTimedExactly();
     void severalChangesGiveSeveralRewatches();
     void removalDoesNotCancelTheRewatch();
     void rewatchTestsForExistenceOnly();
@@ -258,6 +260,25 @@ void FileWatcherTest::pathIsWatchedAgainAfterTheDelay()
     write(name, "third");
     QTRY_COMPARE(m_changed->count(), 2);
     QTRY_COMPARE(watched(), QStringList(name));
+    m_recorder->clear();
+}
+
+void FileWatcherTest::rewatchIsTimedExactly()
+{
+    QVERIFY(QMetaObject::invokeMethod(
+        m_watcher.get(), "onFileChanged", Q_ARG(QString, QStringLiteral("/no/such/file"))));
+    auto* const dispatcher = QAbstractEventDispatcher::instance();
+    QList<int> intervals;
+    const QList<QObject*> timers = dispatcher->findChildren<QObject*>();
+    for (QObject* timer : timers) {
+        if (qstrcmp(timer->metaObject()->className(), "QSingleShotTimer") != 0)
+            continue;
+        const auto registered = dispatcher->registeredTimers(timer);
+        for (const auto& info : registered)
+            intervals.append(info.interval);
+    }
+    QCOMPARE(intervals, QList<int>({250}));
+    QTRY_COMPARE(m_recorder->entries().size(), 2);
     m_recorder->clear();
 }
 

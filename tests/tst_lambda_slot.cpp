@@ -53,6 +53,9 @@ void LambdaSlotTest::startsAsAChildThatStays()
     auto* wrapper = new LambdaSlotWrapper(&parent, [&] { ++calls; });
     QCOMPARE(wrapper->parent(), &parent);
     QCOMPARE(wrapper->autoDelete, false);
+    QCOMPARE(reinterpret_cast<const char*>(&wrapper->autoDelete)
+            - reinterpret_cast<const char*>(&*wrapper),
+        std::ptrdiff_t(sizeof(QObject) + sizeof(std::function<void()>)));
     QCOMPARE(calls, 0);
     const QPointer<LambdaSlotWrapper> guard = wrapper;
     wrapper->trigger();

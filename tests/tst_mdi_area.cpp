@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "mdi_area.h"
+#include "mdi_area_p.h"
 
 #include "recorder.h"
 
@@ -16,6 +17,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <functional>
 #include <memory>
 
 using namespace Support;
@@ -49,8 +51,19 @@ public:
     }
 
     bool refuses = false;
+    QList<QEvent::Type> seen;
+    std::function<void()> onParentChange;
 
 protected:
+    bool event(QEvent* event) override
+    {
+        if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)
+            seen.append(event->type());
+        if (event->type() == QEvent::ParentChange && onParentChange)
+            onParentChange();
+        return IMdiSubWindow::event(event);
+    }
+
     void closeEvent(QCloseEvent* event) override
     {
         if (refuses)
@@ -100,6 +113,13 @@ private Q_SLOTS:
     void windowsAreCascadedAndTiled();
     void areaDiesWithItsDocuments();
     void connectionsAreThoseOfTheSignatures();
+    void privateObjectHasFiveSlots();
+    void documentSeesWhatTheAreaSees();
+    void tabIsThereBeforeTheSubWindow();
+    void removalAndCloseHaveTheirOrder();
+    void documentThatLeftIsNotConnected();
+    void foreignWindowThatBecomesCurrentIsNone();
+    void firstDocumentBesideAForeignWindowIsNotMaximized();
 
 private:
     Document* add(const char* title)
@@ -129,6 +149,8 @@ private:
 void MdiAreaTest::init()
 {
     m_area = std::make_unique<MdiArea>();
+    // Widgets and objects are printed alike but for the name.
+    m_area->setObjectName(QStringLiteral("area"));
     m_area->resize(600, 400);
     m_inner = m_area->findChild<QMdiArea*>(QString(), Qt::FindDirectChildrenOnly);
     m_tabs = m_area->findChild<QTabBar*>(QString(), Qt::FindDirectChildrenOnly);
@@ -482,7 +504,11 @@ void MdiAreaTest::menuOpensOnATabOnly()
 {
     add("a");
     Document* const b = add("b");
+    // With room for the menu below the tabs.
+    m_area->move(0, 0);
+    m_area->resize(600, 300);
     QPoint where;
+    bool isPreselected = true;
     QMenu* menu = nullptr;
     const auto watch = [&] {
         menu = nullptr;
@@ -490,6 +516,7 @@ void MdiAreaTest::menuOpensOnATabOnly()
             menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
             if (menu) {
                 where = menu->pos();
+                isPreselected = menu->activeAction();
                 menu->close();
             }
         });
@@ -501,6 +528,8 @@ void MdiAreaTest::menuOpensOnATabOnly()
     watch();
     rightClick(centre(1));
     QCOMPARE(menu, b->systemMenu());
+    QCOMPARE(where, m_tabs->mapToGlobal(centre(1)));
+    QVERIFY(!isPreselected);
 
     m_tabs->setExpanding(false);
     m_tabs->resize(m_area->width(), m_tabs->height());
@@ -625,6 +654,129 @@ void MdiAreaTest::windowsAreCascadedAndTiled()
     QVERIFY(!a->geometry().intersects(b->geometry()));
     m_area->cascadeSubWindows();
     QVERIFY(a->geometry().intersects(b->geometry()));
+}
+
+void MdiAreaTest::privateObjectHasFiveSlots()
+{
+    const QMetaObject& meta = _mdi_area_private::staticMetaObject;
+    QCOMPARE(meta.className(), "Zentu::_mdi_area_private");
+    QStringList slotNames;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        QCOMPARE(meta.method(i).methodType(), QMetaMethod::Slot);
+        QCOMPARE(meta.method(i).access(), QMetaMethod::Public);
+        slotNames.append(QString::fromLatin1(meta.method(i).methodSignature()));
+    }
+    QCOMPARE(slotNames,
+        QStringList({QStringLiteral("onSubwindowActivated(QMdiSubWindow*)"),
+            QStringLiteral("onCurrentTabChanged(int)"), QStringLiteral("onTabClosedRequest(int)"),
+            QStringLiteral("onTabBarContextMenuRequested(QPoint)"),
+            QStringLiteral("onSubWindowClosed()")}));
+}
+
+void MdiAreaTest::documentSeesWhatTheAreaSees()
+{
+    Document* const a = add("a");
+    a->seen.clear();
+    a->setShortTitle(QStringLiteral("b"));
+    QPixmap pixmap(4, 4);
+    pixmap.fill(Qt::red);
+    a->setWindowIcon(QIcon(pixmap));
+    QCOMPARE(a->seen, QList<QEvent::Type>({QEvent::WindowTitleChange, QEvent::WindowIconChange}));
+}
+
+void MdiAreaTest::tabIsThereBeforeTheSubWindow()
+{
+    auto* const document = new Document(QStringLiteral("a"));
+    QStringList moments;
+    document->onParentChange = [&] {
+        moments.append(QStringLiteral("%1 %2 %3")
+                           .arg(m_tabs->count())
+                           .arg(m_tabs->tabData(0).value<void*>() == document ? 1 : 0)
+                           .arg(document->ownerArea() == m_area.get() ? 1 : 0));
+    };
+    m_area->addWindow(document);
+    document->onParentChange = {};
+    QVERIFY(!moments.isEmpty());
+    QCOMPARE(moments.first(), QStringLiteral("1 1 1"));
+}
+
+void MdiAreaTest::removalAndCloseHaveTheirOrder()
+{
+    add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_tabs->currentIndex(), 1);
+    // The tab bar moves on when the last tab goes; that is a moment to look at.
+    QString moment;
+    connect(m_tabs, &QTabBar::currentChanged, this, [&] {
+        moment = QStringLiteral("%1 %2")
+                     .arg(b->ownerArea() ? 1 : 0)
+                     .arg(m_area->subWindows().contains(b) ? 1 : 0);
+    });
+    b->setAttribute(Qt::WA_DeleteOnClose, false);
+    m_area->closeWindow(b);
+    QCOMPARE(moment.at(0), QLatin1Char('1'));
+    QVERIFY(!b->ownerArea());
+
+    Document* const c = add("c");
+    QTRY_COMPARE(m_area->currentSubWindow(), c);
+    QTRY_COMPARE(m_tabs->currentIndex(), m_tabs->count() - 1);
+    m_tabs->disconnect(this);
+    moment.clear();
+    connect(m_tabs, &QTabBar::currentChanged, this, [&] {
+        moment = QStringLiteral("%1 %2")
+                     .arg(c->ownerArea() ? 1 : 0)
+                     .arg(m_area->subWindows().contains(c) ? 1 : 0);
+    });
+    m_area->removeWindow(c);
+    QVERIFY(moment.isEmpty() || moment == QLatin1String("0 0"));
+    m_tabs->disconnect(this);
+    delete b;
+    delete c;
+}
+
+void MdiAreaTest::documentThatLeftIsNotConnected()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    a->setAttribute(Qt::WA_DeleteOnClose, false);
+    m_area->closeWindow(a);
+    m_area->removeWindow(b);
+    for (Document* document : {a, b})
+        QVERIFY(!QObject::disconnect(document, SIGNAL(closed()), nullptr, nullptr));
+    delete a;
+    delete b;
+}
+
+void MdiAreaTest::foreignWindowThatBecomesCurrentIsNone()
+{
+    Document* const a = add("a");
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    QSignalSpy changes(m_area.get(), &MdiArea::currentSubWindowChanged);
+    QCOMPARE(QByteArray(QMetaType::typeName(
+                 QMetaMethod::fromSignal(&MdiArea::currentSubWindowChanged).parameterType(0))),
+        QByteArray("Zentu::IMdiSubWindow*"));
+    auto* const foreign = new QMdiSubWindow;
+    foreign->setWidget(new QWidget);
+    m_inner->addSubWindow(foreign);
+    Recorder recorder;
+    foreign->show();
+    m_inner->setActiveSubWindow(foreign);
+    QTRY_COMPARE(changes.count(), 1);
+    QVERIFY(!changes.first().first().value<IMdiSubWindow*>());
+    QCOMPARE(m_tabs->currentIndex(), 0);
+    const QStringList lines = recorder.take();
+    QVERIFY(lines.contains(trace(area() + QLatin1String(" active window: MdiWindow(0x0) "))));
+    QVERIFY(
+        lines.contains(info(area() + QLatin1String(" current window changed: MdiWindow(0x0)"))));
+}
+
+void MdiAreaTest::firstDocumentBesideAForeignWindowIsNotMaximized()
+{
+    auto* const foreign = new QMdiSubWindow;
+    foreign->setWidget(new QWidget);
+    m_inner->addSubWindow(foreign);
+    foreign->show();
+    QVERIFY(!add("a")->isMaximized());
 }
 
 void MdiAreaTest::areaDiesWithItsDocuments()

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 
 using namespace Support;
@@ -53,8 +54,17 @@ protected:
 /// An inner widget that refuses to be closed.
 class Stubborn : public QWidget
 {
+public:
+    std::function<void()> onClose;
+    int linesAtTheClose = 0;
+
 protected:
-    void closeEvent(QCloseEvent* event) override { event->ignore(); }
+    void closeEvent(QCloseEvent* event) override
+    {
+        if (onClose)
+            onClose();
+        event->ignore();
+    }
 };
 
 QString window(const IMdiSubWindow* document, const char* title)
@@ -77,6 +87,9 @@ private Q_SLOTS:
     void changeOfTheShortTitleIsSentOnce();
     void closeIsTracedThenToldThenSignalled();
     void refusedCloseIsTracedOnly();
+    void closeIsTracedBeforeItIsDecided();
+    void closeThatIsIgnoredAfterwardsWasOne();
+    void hasAParentAndTwoFields();
     void closedDocumentIsDeleted();
     void destructionIsTraced();
     void isPrintedWithItsTitle();
@@ -172,6 +185,38 @@ void MdiSubWindowTest::refusedCloseIsTracedOnly()
     QVERIFY(!document.close());
     QVERIFY(recorder.isEmpty());
     QCOMPARE(closed.count(), 0);
+}
+
+void MdiSubWindowTest::closeIsTracedBeforeItIsDecided()
+{
+    Document document;
+    auto* const inner = new Stubborn;
+    document.setWidget(inner);
+    document.show();
+    Recorder recorder;
+    inner->onClose = [&] { inner->linesAtTheClose = recorder.entries().size(); };
+    QVERIFY(!document.close());
+    QCOMPARE(inner->linesAtTheClose, 1);
+}
+
+void MdiSubWindowTest::closeThatIsIgnoredAfterwardsWasOne()
+{
+    Document document;
+    document.refusesAfterwards = true;
+    document.show();
+    QSignalSpy closed(&document, &IMdiSubWindow::closed);
+    Recorder recorder;
+    QVERIFY(!document.close());
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(recorder.take().size(), 2);
+}
+
+void MdiSubWindowTest::hasAParentAndTwoFields()
+{
+    QWidget parent;
+    IMdiSubWindow child(&parent);
+    QCOMPARE(child.parentWidget(), &parent);
+    QCOMPARE(sizeof(IMdiSubWindow), sizeof(QMdiSubWindow) + sizeof(void*) + sizeof(QString));
 }
 
 void MdiSubWindowTest::closedDocumentIsDeleted()

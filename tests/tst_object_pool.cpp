@@ -5,10 +5,14 @@
 #include "recorder.h"
 
 #include <QMetaMethod>
+#include <QSemaphore>
 #include <QTest>
 #include <QThread>
 
+#include <functional>
 #include <memory>
+#include <type_traits>
+#include <vector>
 
 using namespace Support;
 using Zentu::ObjectPool;
@@ -21,6 +25,36 @@ QString print(const QObject* object)
 }
 
 using Objects = QList<QObject*>;
+
+/// An object that tells when it is connected or disconnected.
+class Telling : public QObject
+{
+public:
+    int connections() const { return receivers(SIGNAL(destroyed(QObject*))); }
+
+    std::function<void(const QObject*)> tell;
+
+protected:
+    void connectNotify(const QMetaMethod& /*signal*/) override
+    {
+        if (tell)
+            tell(this);
+    }
+    void disconnectNotify(const QMetaMethod& /*signal*/) override
+    {
+        if (tell)
+            tell(this);
+    }
+};
+
+/// An object whose class has declared the signal anew.
+class Shadow : public QObject
+{
+    Q_OBJECT
+
+Q_SIGNALS:
+    void destroyed(QObject* object);
+};
 
 } // namespace
 
@@ -43,9 +77,20 @@ private Q_SLOTS:
     void listIsACopyInOrderOfAddition();
     void nullIsListedOnce();
     void connectionIsThatOfTheSignatures();
+    void derivedSignalIsTheOneThatCounts();
+    void objectIsConnectedUnderTheLockAndInTurn();
+    void allConnectionsToThePoolAreCut_data();
+    void allConnectionsToThePoolAreCut();
+    void destroyedObjectIsNotDisconnected();
     void dyingPoolLeavesItsObjectsAlone();
     void objectOfAnotherThreadIsPrintedByItsAddress();
+    void objectThatIsStillDyingIsPrintedByItsAddress();
+    void deadSingletonIsStillReturned();
 };
+
+static_assert(std::is_same_v<decltype(&ObjectPool::allObjects), QList<QObject*> (ObjectPool::*)()>);
+static_assert(std::is_same_v<decltype(&ObjectPool::addObject), void (ObjectPool::*)(QObject*)>);
+static_assert(std::is_same_v<decltype(&ObjectPool::removeObject), void (ObjectPool::*)(QObject*)>);
 
 void ObjectPoolTest::hasOnePrivateSlotAndNothingElse()
 {
@@ -310,6 +355,119 @@ void ObjectPoolTest::objectOfAnotherThreadIsPrintedByItsAddress()
     QCOMPARE(recorder.take(),
         QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(") + address
             + QLatin1String(") "))));
+}
+
+// It is still there when the pool hears of it, but not to be read any more.
+void ObjectPoolTest::objectThatIsStillDyingIsPrintedByItsAddress()
+{
+    ObjectPool pool;
+    QThread thread;
+    thread.start();
+    auto* object = new QObject;
+    object->setObjectName(QStringLiteral("dying"));
+    const QString address = printed(static_cast<const void*>(object));
+    pool.addObject(object);
+    QSemaphore heard;
+    connect(object, &QObject::destroyed, [&] { heard.tryAcquire(1, 10000); });
+    object->moveToThread(&thread);
+    Recorder recorder;
+    object->deleteLater();
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+    heard.release();
+    thread.quit();
+    QVERIFY(thread.wait());
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(") + address
+            + QLatin1String(") "))));
+}
+
+void ObjectPoolTest::derivedSignalIsTheOneThatCounts()
+{
+    ObjectPool pool;
+    Shadow object;
+    pool.addObject(&object);
+    Q_EMIT object.destroyed(&object);
+    QVERIFY(pool.allObjects().isEmpty());
+}
+
+void ObjectPoolTest::objectIsConnectedUnderTheLockAndInTurn()
+{
+    ObjectPool pool;
+    LockProbe probe([&] { pool.allObjects(); });
+    Telling a;
+    Telling b;
+    QStringList order;
+    bool locked = true;
+    const auto note = [&](const QObject* object) {
+        order.append(object->objectName());
+        locked = locked && !probe.canRead(WhenLocked);
+    };
+    a.setObjectName(QStringLiteral("a"));
+    b.setObjectName(QStringLiteral("b"));
+    a.tell = note;
+    b.tell = note;
+    Recorder recorder;
+    QList<int> atTheLines;
+    recorder.onEntry([&](const Entry&) { atTheLines.append(a.connections()); });
+    pool.addObject(&b);
+    pool.addObject(&a);
+    pool.removeObject(&a);
+    pool.addObject(&a);
+    pool.clear();
+    recorder.onEntry({});
+    a.tell = {};
+    b.tell = {};
+    QVERIFY(locked);
+    QCOMPARE(order.join(QLatin1Char(' ')), QStringLiteral("b a a a b a"));
+    QCOMPARE(atTheLines, QList<int>({0, 0, 1, 0, 1}));
+}
+
+void ObjectPoolTest::allConnectionsToThePoolAreCut_data()
+{
+    QTest::addColumn<bool>("clear");
+    QTest::newRow("removed") << false;
+    QTest::newRow("cleared") << true;
+}
+
+void ObjectPoolTest::allConnectionsToThePoolAreCut()
+{
+    QFETCH(bool, clear);
+    ObjectPool pool;
+    ObjectPool other;
+    QObject object;
+    pool.addObject(&object);
+    other.addObject(&object);
+    connect(&object, SIGNAL(objectNameChanged(QString)), &pool, SLOT(deleteLater()));
+    if (clear)
+        pool.clear();
+    else
+        pool.removeObject(&object);
+    QVERIFY(!disconnect(&object, nullptr, &pool, nullptr));
+    QVERIFY(disconnect(&object, nullptr, &other, nullptr));
+}
+
+void ObjectPoolTest::destroyedObjectIsNotDisconnected()
+{
+    ObjectPool pool;
+    QObject object;
+    pool.addObject(&object);
+    Recorder recorder;
+    Q_EMIT object.destroyed(&object);
+    QVERIFY(pool.allObjects().isEmpty());
+    Q_EMIT object.destroyed(&object);
+    QCOMPARE(recorder.take().size(), 2);
+}
+
+// The last test of all: nobody may ask for the singleton after it.
+void ObjectPoolTest::deadSingletonIsStillReturned()
+{
+    const void* const first = ObjectPool::instance();
+    delete ObjectPool::instance();
+    // A new one would not be made where the old one was.
+    std::vector<std::unique_ptr<ObjectPool>> others(16);
+    for (auto& other : others)
+        other = std::make_unique<ObjectPool>();
+    QCOMPARE(static_cast<const void*>(ObjectPool::instance()), first);
 }
 
 QTEST_GUILESS_MAIN(ObjectPoolTest)

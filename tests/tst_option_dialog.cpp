@@ -13,9 +13,11 @@
 #include <QTest>
 #include <QTranslator>
 #include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 using namespace Support;
 using namespace Zentu;
@@ -32,7 +34,11 @@ public:
     {
     }
 
-    QStringList category() const override { return m_path; }
+    QStringList category() const override
+    {
+        ++asked;
+        return m_path;
+    }
 
     QWidget* pageWidget() override
     {
@@ -43,7 +49,13 @@ public:
     }
 
     void initialize() override { note("initialize"); }
-    void finalize() override { note("finalize"); }
+
+    void finalize() override
+    {
+        note("finalize");
+        if (onFinalize)
+            onFinalize();
+    }
 
     void apply() override
     {
@@ -55,6 +67,14 @@ public:
     bool hasWidget = true;
     QPointer<QWidget> widget;
     std::function<void()> onApply;
+    std::function<void()> onFinalize;
+    mutable int asked = 0;
+
+    Page(const QStringList& path, QStringList* log)
+        : m_path(path)
+        , m_log(log)
+    {
+    }
 
 private:
     void note(const char* call)
@@ -127,6 +147,11 @@ private Q_SLOTS:
     void doneIsTracedWithItsResult();
     void everyEndFinalizesAgain();
     void pagesMayChangeTheSelection();
+    void finalizedPagesMayChangeTheSelection();
+    void treeEqualsThatOfTheTreeFunctions();
+    void pagesAreAskedOnceForTheTree();
+    void endHasItsOrder();
+    void formConnectsSlotsByTheirNames();
     void treeIsWalkedWithTheKeyboard();
     void pagesOutliveTheDialogTheirWidgetsDoNot();
 
@@ -392,6 +417,7 @@ void OptionDialogTest::shownWidgetIsLeftAlone()
 {
     Page a("A", &m_log);
     const auto dialog = create({&a});
+    dialog->setObjectName(QStringLiteral("dialog"));
     m_log.clear();
     Recorder recorder;
     tree(dialog)->clearSelection();
@@ -426,6 +452,7 @@ void OptionDialogTest::pageWithoutWidgetIsReported()
     Page none("None", &m_log);
     none.hasWidget = false;
     const auto dialog = create({&a, &none});
+    dialog->setObjectName(QStringLiteral("dialog"));
     Recorder recorder;
     tree(dialog)->setCurrentItem(tree(dialog)->topLevelItem(1));
     const QString name = print(dialog.get());
@@ -460,6 +487,7 @@ void OptionDialogTest::okAppliesThenFinalizes()
     Page b("B", &m_log);
     Page c("C", &m_log);
     const auto dialog = create({&a, &b, &c});
+    dialog->setObjectName(QStringLiteral("dialog"));
     tree(dialog)->setCurrentItem(tree(dialog)->topLevelItem(2));
     dialog->show();
     m_log.clear();
@@ -490,6 +518,7 @@ void OptionDialogTest::cancelFinalizesOnly()
     QFETCH(QString, way);
     Page a("A", &m_log);
     const auto dialog = create({&a});
+    dialog->setObjectName(QStringLiteral("dialog"));
     dialog->show();
     m_log.clear();
     Recorder recorder;
@@ -511,6 +540,7 @@ void OptionDialogTest::applyStaysOpen()
 {
     Page a("A", &m_log);
     const auto dialog = create({&a});
+    dialog->setObjectName(QStringLiteral("dialog"));
     dialog->show();
     m_log.clear();
     Recorder recorder;
@@ -528,6 +558,7 @@ void OptionDialogTest::applyStaysOpen()
 void OptionDialogTest::doneIsTracedWithItsResult()
 {
     const auto dialog = create({});
+    dialog->setObjectName(QStringLiteral("dialog"));
     dialog->show();
     Recorder recorder;
     dialog->done(42);
@@ -556,6 +587,106 @@ void OptionDialogTest::pagesMayChangeTheSelection()
     m_log.clear();
     QTest::mouseClick(button(dialog, QDialogButtonBox::Apply), Qt::LeftButton);
     QCOMPARE(m_log, list({"apply A", "initialize B", "widget B"}));
+}
+
+void OptionDialogTest::finalizedPagesMayChangeTheSelection()
+{
+    Page a("A", &m_log);
+    Page b("B", &m_log);
+    const auto dialog = create({&a, &b});
+    a.onFinalize = [&] { tree(dialog)->setCurrentItem(tree(dialog)->topLevelItem(1)); };
+    m_log.clear();
+    dialog->done(0);
+    QCOMPARE(m_log, list({"finalize A", "initialize B", "widget B"}));
+}
+
+static void compareItems(const QTreeWidgetItem* item, const QTreeWidgetItem* expected)
+{
+    QCOMPARE(item->childCount(), expected->childCount());
+    for (int i = 0; i < item->childCount(); ++i) {
+        QCOMPARE(item->child(i)->text(0), expected->child(i)->text(0));
+        QCOMPARE(item->child(i)->columnCount(), expected->child(i)->columnCount());
+        QCOMPARE(item->child(i)->type(), expected->child(i)->type());
+        compareItems(item->child(i), expected->child(i));
+    }
+}
+
+void OptionDialogTest::treeEqualsThatOfTheTreeFunctions()
+{
+    const QList<QStringList> paths = {{QStringLiteral("G"), QLatin1String(""), QStringLiteral("D")},
+        {QStringLiteral("B")}, {QStringLiteral("G"), QString(), QStringLiteral(" x")},
+        {QStringLiteral("g")}, {QStringLiteral("G"), QStringLiteral("D")},
+        {QStringLiteral("B"), QStringLiteral("B"), QStringLiteral("B")}};
+    QTreeWidgetItem expected;
+    std::vector<std::unique_ptr<Page>> pages;
+    QList<IOptionPage*> list;
+    for (const QStringList& path : paths) {
+        createItemForCategory(&expected, path);
+        pages.push_back(std::make_unique<Page>(path, &m_log));
+        list.append(pages.back().get());
+    }
+    const auto dialog = std::make_unique<OptionDialog>(list);
+    compareItems(tree(dialog)->invisibleRootItem(), &expected);
+    for (QTreeWidgetItemIterator it(tree(dialog)); *it; ++it)
+        QVERIFY((*it)->isExpanded());
+}
+
+void OptionDialogTest::pagesAreAskedOnceForTheTree()
+{
+    Page a("A", &m_log);
+    Page b("B", &m_log);
+    const auto dialog = create({&a, &b});
+    QCOMPARE(b.asked, 1);
+}
+
+void OptionDialogTest::endHasItsOrder()
+{
+    Page page("A", &m_log);
+    const auto dialog = create({&page});
+    dialog->setObjectName(QStringLiteral("dialog"));
+    dialog->show();
+    QStringList moments;
+    Recorder recorder;
+    const auto note = [&](const char* what) {
+        moments.append(QStringLiteral("%1 %2 %3")
+                           .arg(QLatin1String(what))
+                           .arg(dialog->isVisible() ? 1 : 0)
+                           .arg(recorder.entries().size()));
+    };
+    page.onApply = [&] { note("apply"); };
+    page.onFinalize = [&] { note("finalize"); };
+    dialog->accept();
+    QCOMPARE(moments, list({"apply 1 3", "finalize 1 5"}));
+    QVERIFY(!dialog->isVisible());
+    const QString printed = print(dialog.get());
+    QVERIFY(printed.endsWith(QLatin1String(", name=\"dialog\")")));
+    QCOMPARE(recorder.take(),
+        QStringList(
+            {info(printed + QLatin1String(" accept")), info(printed + QLatin1String(" apply")),
+                trace(printed + QLatin1String(" apply for ") + print(&page) + QLatin1Char(' ')),
+                trace(printed + QLatin1String(" done 1 ")),
+                trace(printed + QLatin1String(" finalize ") + print(&page) + QLatin1Char(' '))}));
+}
+
+/// A dialog with a slot that is named for a widget of the form.
+class AutoConnected : public QDialog
+{
+    Q_OBJECT
+
+public:
+    int rejected = 0;
+
+public Q_SLOTS:
+    void on_btn_box_rejected() { ++rejected; }
+};
+
+void OptionDialogTest::formConnectsSlotsByTheirNames()
+{
+    AutoConnected dialog;
+    Ui_OptionDialog ui;
+    ui.setupUi(&dialog);
+    Q_EMIT ui.btn_box->rejected();
+    QCOMPARE(dialog.rejected, 1);
 }
 
 void OptionDialogTest::treeIsWalkedWithTheKeyboard()

@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <functional>
 #include <memory>
 
 using namespace Support;
@@ -75,6 +76,48 @@ protected:
 
 private:
     QStringList* m_log;
+};
+
+/// An action that tells of its own connections.
+class Telling : public QAction
+{
+public:
+    using Tell = std::function<void(const char* what, const QAction* action)>;
+
+    explicit Telling(const Tell& tell)
+        : QAction(nullptr)
+        , m_tell(tell)
+    {
+    }
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override { note("connect", signal); }
+    void disconnectNotify(const QMetaMethod& signal) override { note("disconnect", signal); }
+
+private:
+    void note(const char* what, const QMetaMethod& signal)
+    {
+        if (signal.name() == "destroyed" || signal.name() == "changed")
+            m_tell(what, this);
+    }
+
+    Tell m_tell;
+};
+
+/// An action whose class has declared signals anew.
+class Shadow : public QAction
+{
+    Q_OBJECT
+
+public:
+    Shadow()
+        : QAction(nullptr)
+    {
+    }
+
+Q_SIGNALS:
+    void changed();
+    void destroyed(QObject* object);
 };
 
 QString print(const QAction* action)
@@ -146,6 +189,9 @@ private Q_SLOTS:
     void removalOfAnUnknownContextReturnsNull();
     void dyingBackendIsDroppedWithoutADisconnect();
     void dyingBackendOfTwoContextsIsDroppedTwice();
+    void registrationsChangeBeforeConnections();
+    void propertiesAreCopiedInOrder();
+    void derivedSignalsAndSlotsCount();
     void dyingInactiveBackendChangesNothing();
     void nullBackendIsStoredAndNeverSelected();
     void connectionsAreThoseOfTheSignatures();
@@ -782,6 +828,98 @@ void ProxyActionTest::dyingBackendIsDroppedWithoutADisconnect()
             QStringLiteral("proxy connect hovered()")}));
 }
 
+void ProxyActionTest::registrationsChangeBeforeConnections()
+{
+    // At each connection: is the backend registered, and is it the active one.
+    QStringList log;
+    const ProxyAction* watched = nullptr;
+    const Telling::Tell tell = [&](const char* what, const QAction* backend) {
+        if (watched)
+            log.append(QStringLiteral("%1 %2%3")
+                           .arg(QLatin1String(what))
+                           .arg(watched->getBackendAction(A) == backend ? 1 : 0)
+                           .arg(watched->currentActiveBackendAction() == backend ? 1 : 0));
+    };
+    for (const bool byContext : {false, true}) {
+        Telling backend(tell);
+        ProxyAction proxy;
+        proxy.setCurrentContext({A});
+        watched = &proxy;
+        proxy.addBackendAction(&backend, A);
+        QCOMPARE(log, QStringList({QStringLiteral("connect 10"), QStringLiteral("connect 11")}));
+        log.clear();
+        if (byContext)
+            proxy.removeBackendContext(A);
+        else
+            proxy.removeBackendAction(&backend);
+        QCOMPARE(
+            log, QStringList({QStringLiteral("disconnect 01"), QStringLiteral("disconnect 01")}));
+        log.clear();
+        watched = nullptr;
+    }
+}
+
+void ProxyActionTest::propertiesAreCopiedInOrder()
+{
+    ProxyAction proxy;
+    QAction backend(nullptr);
+    backend.setCheckable(true);
+    backend.setChecked(true);
+    backend.setText(QStringLiteral("text"));
+    backend.setIcon(icon(Qt::red));
+    backend.setIconText(QStringLiteral("icon text"));
+    backend.setShortcut(QKeySequence(QStringLiteral("Ctrl+K")));
+    backend.setToolTip(QStringLiteral("tool tip"));
+    backend.setStatusTip(QStringLiteral("status tip"));
+    backend.setWhatsThis(QStringLiteral("what"));
+    proxy.defaultProp()->setVisible(false);
+    proxy.addBackendAction(&backend, A);
+    // A letter for each property that has arrived, at each change.
+    QStringList steps;
+    connect(&proxy, &QAction::changed, this, [&] {
+        QString arrived;
+        const auto note = [&](bool has, char letter) {
+            if (has)
+                arrived += QLatin1Char(letter);
+        };
+        note(proxy.isVisible(), 'v');
+        note(proxy.isCheckable(), 'c');
+        note(proxy.isChecked(), 'C');
+        note(proxy.text() == backend.text(), 't');
+        note(!proxy.icon().isNull(), 'i');
+        note(proxy.iconText() == backend.iconText(), 'I');
+        note(!proxy.shortcut().isEmpty(), 's');
+        note(proxy.toolTip() == backend.toolTip(), 'T');
+        note(!proxy.statusTip().isEmpty(), 'S');
+        note(!proxy.whatsThis().isEmpty(), 'w');
+        if (steps.isEmpty() || steps.last() != arrived)
+            steps.append(arrived);
+    });
+    proxy.setCurrentContext({A});
+    proxy.disconnect(this);
+    QVERIFY(proxy.isEnabled());
+    // Each step adds one letter behind those before.
+    for (int i = 0; i < steps.size(); ++i)
+        QVERIFY2(QStringLiteral("vcCtiIsTSw").startsWith(steps.at(i)),
+            qPrintable(steps.join(QLatin1Char(' '))));
+    QCOMPARE(steps.last(), QStringLiteral("vcCtiIsTSw"));
+    QVERIFY2(steps.size() >= 10, qPrintable(steps.join(QLatin1Char(' '))));
+}
+
+void ProxyActionTest::derivedSignalsAndSlotsCount()
+{
+    ProxyAction proxy;
+    Shadow backend;
+    proxy.addBackendAction(&backend, A);
+    proxy.setCurrentContext({A});
+    backend.setText(QStringLiteral("text"));
+    QCOMPARE(proxy.text(), QString());
+    Q_EMIT backend.changed();
+    QCOMPARE(proxy.text(), QStringLiteral("text"));
+    Q_EMIT backend.destroyed(&backend);
+    QVERIFY(!proxy.getBackendAction(A));
+}
+
 void ProxyActionTest::dyingBackendOfTwoContextsIsDroppedTwice()
 {
     auto a = std::make_unique<QAction>();
@@ -790,7 +928,15 @@ void ProxyActionTest::dyingBackendOfTwoContextsIsDroppedTwice()
     proxy.addBackendAction(a.get(), B);
     proxy.setCurrentContext({A, B});
     Recorder recorder;
+    QList<int> registered;
+    recorder.onEntry([&](const Entry&) {
+        registered.append(
+            (proxy.getBackendAction(A) ? 1 : 0) + (proxy.getBackendAction(B) ? 1 : 0));
+    });
     a.reset();
+    recorder.onEntry({});
+    // At the two destructions, and at the switch.
+    QCOMPARE(registered, QList<int>({2, 1, 0}));
     const QStringList lines = recorder.take();
     QCOMPARE(lines.filter(QStringLiteral(" backend action destroyed QObject(")).size(), 2);
     QVERIFY(!proxy.getBackendAction(A));

@@ -39,6 +39,8 @@ private Q_SLOTS:
     void registrationIsTracedThenDone();
     void takenIdentifierIsRefused();
     void registeredActionGetsTheContexts();
+    void registeredActionLosesItsContexts();
+    void actionIsStoredBeforeItGetsTheContexts();
     void contextsReachActionsInOrderOfIdentifiers();
     void sameContextsDoNothing();
     void contextsAreStoredBeforeTheyAreHandedOn();
@@ -126,6 +128,28 @@ void ProxyActionManagerTest::registeredActionGetsTheContexts()
     manager.registerProxyAction(&action, A);
     QCOMPARE(action.currentContext(), QStringList(E));
     QCOMPARE(action.currentActiveBackendAction(), &backend);
+}
+
+void ProxyActionManagerTest::registeredActionLosesItsContexts()
+{
+    ProxyActionManager manager;
+    ProxyAction action;
+    action.setCurrentContext({B});
+    manager.registerProxyAction(&action, A);
+    QVERIFY(action.currentContext().isEmpty());
+}
+
+void ProxyActionManagerTest::actionIsStoredBeforeItGetsTheContexts()
+{
+    ProxyActionManager manager;
+    manager.setCurrentContext({E});
+    QAction backend(QStringLiteral("text"), nullptr);
+    ProxyAction action;
+    action.addBackendAction(&backend, E);
+    const ProxyAction* registered = nullptr;
+    connect(&action, &QAction::changed, this, [&] { registered = manager.getProxyAction(A); });
+    manager.registerProxyAction(&action, A);
+    QCOMPARE(registered, &action);
 }
 
 void ProxyActionManagerTest::contextsReachActionsInOrderOfIdentifiers()

@@ -152,7 +152,8 @@ QStringList randomList(QRandomGenerator& random)
 void change(QAction& action, QRandomGenerator& random)
 {
     static const QString shortcuts[] = {QString(), QStringLiteral("F3"), QStringLiteral("Ctrl+C"),
-        QStringLiteral("Alt+\""), QStringLiteral("Ctrl+K, Ctrl+\\"), QStringLiteral("Meta+\u00c4")};
+        QStringLiteral("Alt+\""), QStringLiteral("Ctrl+K, Ctrl+\\"), QStringLiteral("Meta+\u00c4"),
+        QStringLiteral("Strg+C")};
     action.setText(randomText(random));
     action.setToolTip(randomText(random));
     action.setCheckable(random.bounded(2));
@@ -161,7 +162,7 @@ void change(QAction& action, QRandomGenerator& random)
     action.setEnabled(random.bounded(2));
     action.setObjectName(randomText(random));
     action.setShortcut(QKeySequence(shortcuts[random.bounded(int(std::size(shortcuts)))]));
-    action.setMenuRole(QAction::MenuRole(random.bounded(int(QAction::QuitRole) + 1)));
+    action.setMenuRole(QAction::MenuRole(random.bounded(int(QAction::QuitRole) + 2)));
 }
 
 void change(Subjects& s, QRandomGenerator& random)

@@ -26,7 +26,7 @@ namespace wisp {
 /// A line as it was logged.
 struct Line
 {
-    int level;
+    int level;        ///< As it was passed to the logger
     std::string text; ///< Latin-1
 };
 
