@@ -175,6 +175,8 @@ OptionDialog::OptionDialog(const QList<IOptionPage*>& pages, QWidget* parent)
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
 
     QTreeWidget* const tree = d->ui.catalog_tree;
+    // A tree without a header has nothing else for a screen reader to say.
+    tree->setAccessibleName(windowTitle());
     tree->setStyleSheet(
         QStringLiteral("QTreeWidget {selection-background-color: #0078d7; }"
                        "QTreeWidget::item { height: 22px; }"

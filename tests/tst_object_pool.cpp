@@ -362,7 +362,6 @@ void ObjectPoolTest::objectThatIsStillDyingIsPrintedByItsAddress()
 {
     ObjectPool pool;
     QThread thread;
-    thread.start();
     auto* object = new QObject;
     object->setObjectName(QStringLiteral("dying"));
     const QString address = printed(static_cast<const void*>(object));
@@ -372,6 +371,7 @@ void ObjectPoolTest::objectThatIsStillDyingIsPrintedByItsAddress()
     object->moveToThread(&thread);
     Recorder recorder;
     object->deleteLater();
+    thread.start();
     QTRY_VERIFY(pool.allObjects().isEmpty());
     heard.release();
     thread.quit();

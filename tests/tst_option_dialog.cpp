@@ -292,6 +292,7 @@ void OptionDialogTest::titleIsTranslated()
     const OptionDialog dialog({});
     QCoreApplication::removeTranslator(&translator);
     QCOMPARE(dialog.windowTitle(), QStringLiteral("Einstellungen"));
+    QCOMPARE(dialog.findChild<QTreeWidget*>()->accessibleName(), QStringLiteral("Einstellungen"));
 }
 
 void OptionDialogTest::dialogWithoutPagesIsEmpty()
