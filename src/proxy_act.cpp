@@ -70,7 +70,7 @@ ProxyAction::ProxyAction(QObject* parent)
     d->defaultProp = new QAction(this);
     d->defaultProp->setEnabled(false);
     updateProxyProperties();
-    links().changed.connect(d->defaultProp, this);
+    connect(d->defaultProp, SIGNAL(changed()), this, SLOT(updateProxyProperties()));
 }
 
 ProxyAction::~ProxyAction()
