@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <numeric>
 
 namespace Zentu {
 
@@ -140,9 +141,8 @@ QString DescriptionTable::format() const
     for (const QString& name : names)
         nameWidth = std::max(nameWidth, name.size());
     // Enough, unless words are broken again and again.
-    int size = 0;
-    for (const QString& description : descriptions)
-        size += 2 * (nameWidth + 5) + description.size();
+    const int size = std::accumulate(descriptions.cbegin(), descriptions.cend(), 0,
+        [=](int sum, const QString& text) { return sum + 2 * (nameWidth + 5) + text.size(); });
     TableWriter writer(nameWidth, size);
     for (int row = 0; row < names.size(); ++row)
         writer.writeRow(names.at(row), descriptions.at(row));

@@ -4,9 +4,7 @@
 #include "events.h"
 #include "ievent.h"
 
-#include <QDir>
 #include <QHeaderView>
-#include <QLocale>
 #include <QTime>
 #include <QTreeWidget>
 
@@ -33,10 +31,10 @@ EventLog::EventLog(QWidget* parent)
 void EventLog::handleEvent(Zentu::IEvent* event)
 {
     const QVariantMap& values = event->data();
-    const QString path = QDir::toNativeSeparators(values.value(Events::Path).toString());
+    const QString path = Events::pathOf(values);
     auto* item = new QTreeWidgetItem(m_list,
         {QTime::currentTime().toString(), event->type(), values.value(Events::Kind).toString(),
-            QLocale().formattedDataSize(values.value(Events::Bytes).toLongLong()), path});
+            Events::sizeOf(values), path});
     item->setTextAlignment(3, Qt::AlignRight | Qt::AlignVCenter);
     item->setToolTip(4, values.value(Events::Message, path).toString());
     m_list->scrollToItem(item);

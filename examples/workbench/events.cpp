@@ -3,6 +3,10 @@
 
 #include "event_mgr.h"
 
+#include <QDir>
+#include <QGuiApplication>
+#include <QLocale>
+
 namespace Events {
 
 const QString DocumentOpened = QStringLiteral("document.opened");
@@ -20,6 +24,22 @@ void post(const QString& type, const QVariantMap& values)
     auto* event = new Zentu::IEvent(type);
     event->data() = values;
     Zentu::EventManager::instance()->postEvent(event);
+}
+
+// A path or a number has its own direction; this mark keeps its first character with it.
+static QString leftToRight(const QString& text)
+{
+    return QGuiApplication::isRightToLeft() ? QChar(0x200e) + text : text;
+}
+
+QString pathOf(const QVariantMap& values)
+{
+    return leftToRight(QDir::toNativeSeparators(values.value(Path).toString()));
+}
+
+QString sizeOf(const QVariantMap& values)
+{
+    return leftToRight(QLocale().formattedDataSize(values.value(Bytes).toLongLong()));
 }
 
 } // namespace Events

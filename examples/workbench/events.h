@@ -21,4 +21,8 @@ extern const QString Message; ///< Of a failure: what went wrong, for people.
 
 void post(const QString& type, const QVariantMap& values);
 
+// For people, in any direction of reading.
+QString pathOf(const QVariantMap& values);
+QString sizeOf(const QVariantMap& values);
+
 } // namespace Events

@@ -4,8 +4,6 @@
 #include "events.h"
 #include "ievent.h"
 
-#include <QDir>
-#include <QLocale>
 #include <QStatusBar>
 
 StatusReporter::StatusReporter(QStatusBar* bar)
@@ -19,8 +17,8 @@ StatusReporter::StatusReporter(QStatusBar* bar)
 void StatusReporter::handleEvent(Zentu::IEvent* event)
 {
     const QVariantMap& values = event->data();
-    const QString path = QDir::toNativeSeparators(values.value(Events::Path).toString());
-    const QString size = QLocale().formattedDataSize(values.value(Events::Bytes).toLongLong());
+    const QString path = Events::pathOf(values);
+    const QString size = Events::sizeOf(values);
     if (event->type() == Events::DocumentOpened)
         m_bar->showMessage(tr("Opened %1 (%2)").arg(path, size));
     else if (event->type() == Events::DocumentFailed)

@@ -21,6 +21,7 @@
 #include "trace_hub.h"
 #include "translations.h"
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QClipboard>
@@ -31,6 +32,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMenuBar>
 #include <QMessageBox>
 #include <QMimeData>
 #include <QPlainTextEdit>
@@ -104,6 +106,8 @@ private Q_SLOTS:
     void emptyWindowTellsWhatToDo();
     void proxiesShowTheirDefaultsWithoutADocument();
     void keysCopyTextOrThePicture();
+    void everyActionHasAKeyAndEveryWidgetAName();
+    void pathsKeepTheirDirection();
     void menusAreFoundByTheirIdentifiers();
     void wordCountFollowsTheBus();
     void fileIsOpenedOnce();
@@ -258,6 +262,52 @@ void WorkbenchTest::keysCopyTextOrThePicture()
     QTest::keyClick(m_window.get(), Qt::Key_W, Qt::ControlModifier);
     QTRY_VERIFY(!action(Ids::Copy)->isEnabled());
     QCOMPARE(action(Ids::Copy)->text(), QStringLiteral("&Copy"));
+}
+
+static void checkKeys(const QMenu* menu)
+{
+    const QList<QAction*> actions = menu->actions();
+    for (const QAction* action : actions) {
+        if (action->isSeparator())
+            continue;
+        QVERIFY2(action->text().contains(QLatin1Char('&')) || !action->shortcut().isEmpty(),
+            qPrintable(action->text()));
+        if (action->menu())
+            checkKeys(action->menu());
+    }
+}
+
+void WorkbenchTest::everyActionHasAKeyAndEveryWidgetAName()
+{
+    m_window->open({picture(), file("a.txt", "some text")});
+    const QList<QAction*> menus = m_window->menuBar()->actions();
+    for (const QAction* menu : menus) {
+        QVERIFY2(menu->text().contains(QLatin1Char('&')), qPrintable(menu->text()));
+        checkKeys(menu->menu());
+    }
+    // What can have the focus can be read out.
+    const QList<QWidget*> widgets = m_window->findChildren<QWidget*>();
+    for (QWidget* widget : widgets) {
+        const bool isOurs = widget->objectName().contains(QLatin1Char('_'))
+            && !widget->objectName().startsWith(QLatin1String("qt_"));
+        if (!isOurs || !(widget->focusPolicy() & Qt::TabFocus))
+            continue;
+        const QAccessibleInterface* const read = QAccessible::queryAccessibleInterface(widget);
+        QVERIFY2(
+            read && !read->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+    }
+}
+
+void WorkbenchTest::pathsKeepTheirDirection()
+{
+    const QVariantMap values = {{Events::Path, QStringLiteral("/a/b.txt")}, {Events::Bytes, 3}};
+    QCOMPARE(Events::pathOf(values), QStringLiteral("/a/b.txt"));
+    QApplication::setLayoutDirection(Qt::RightToLeft);
+    const QString path = Events::pathOf(values);
+    const QString size = Events::sizeOf(values);
+    QApplication::setLayoutDirection(Qt::LeftToRight);
+    QCOMPARE(path, QStringLiteral("\u200e/a/b.txt"));
+    QVERIFY(size.startsWith(QChar(0x200e)));
 }
 
 void WorkbenchTest::menusAreFoundByTheirIdentifiers()
