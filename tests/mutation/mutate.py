@@ -1,0 +1,298 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Applies small faults to the library, one at a time, and sees whether a test notices.
+
+The faults are made from the code itself: statements dropped or swapped with their neighbour,
+conditions turned, numbers off by one, texts changed, lines sent to the wrong channel, order of lists
+turned round. Each is built in a copy of the tree and tried against the tests of its family.
+
+    mutate.py --list                   the faults, one a line
+    mutate.py --sample 20 --seed 7     a random sample
+    mutate.py                          all of them
+"""
+
+import argparse
+import concurrent.futures
+import dataclasses
+import os
+import pathlib
+import random
+import re
+import shutil
+import subprocess
+import sys
+import threading
+import time
+
+TOP = pathlib.Path(__file__).resolve().parents[2]
+
+# Which tests judge a file. Randomised ones come last: the plain ones are quicker to say no.
+TESTS = {
+    "include/qlogstream.h": ["qlogstream", "trace_text"],
+    "include/ievent.h": ["ievent", "event_mgr"],
+    "include/lambda_slot.h": ["lambda_slot", "file_watcher"],
+    "src/action_mgr.cpp": ["action_mgr", "memory"],
+    "src/cmdline_parser.cpp": ["cmdline_parser", "cmdline_parser_private", "cmdline_output",
+                               "cmdline_random", "memory"],
+    "src/context_mgr.cpp": ["context_mgr", "memory"],
+    "src/event_mgr.cpp": ["event_mgr", "ievent", "ievent_handler", "event_mgr_threads", "memory"],
+    "src/file_watcher.cpp": ["file_watcher"],
+    "src/ievent_handler.cpp": ["ievent_handler", "event_mgr", "memory"],
+    "src/lambda_slot.cpp": ["lambda_slot", "file_watcher"],
+    "src/mdi_area.cpp": ["mdi_sub_window", "mdi_area", "mdi_area_random", "memory"],
+    "src/object_pool.cpp": ["object_pool", "object_pool_threads"],
+    "src/option_dlg.cpp": ["option_page", "option_dialog", "memory"],
+    "src/proxy_act.cpp": ["proxy_action", "proxy_action_mgr", "proxy_action_random", "memory"],
+    "src/trace.cpp": ["trace_text", "event_mgr", "mdi_area", "option_dialog", "action_mgr"],
+}
+
+
+@dataclasses.dataclass(frozen=True)
+class Fault:
+    file: str
+    line: int  # of the first changed line, from 1
+    kind: str
+    before: str
+    after: str
+
+    @property
+    def name(self):
+        return f"{self.file}:{self.kind}:{' '.join(self.before.split())} => {' '.join(self.after.split())}"
+
+
+REPLACEMENTS = [
+    ("condition", r"==", "!="),
+    ("condition", r"!=", "=="),
+    ("condition", r" && ", " || "),
+    ("condition", r" \|\| ", " && "),
+    ("condition", r"(?<=\()!(?=[\w(])", ""),
+    ("condition", r"(?<=if )\(([^!].*)\)(?=( \{)?$)", r"(!(\1))"),
+    ("condition", r" < ", " <= "),
+    ("condition", r" > ", " >= "),
+    ("condition", r" >= ", " > "),
+    ("condition", r"\btrue\b(?!\")", "false"),
+    ("condition", r"\bfalse\b(?!\")", "true"),
+    ("number", r"(?<![\w.#\"-])(\d+)(?![\w\"]|\.\d)", lambda m: str(int(m.group(1)) + 1)),
+    ("number", r" \+ 1\b", ""),
+    ("number", r" - 1\b", ""),
+    ("channel", r"\bqWarning\(\)", "qInfo()"),
+    ("channel", r"\bqCritical\(\)", "qWarning()"),
+    ("channel", r"\bqInfo\(\)", "qWarning()"),
+    ("channel", r"\bTrace\(\)", "qInfo()"),
+    ("order", r"\.prepend\(", ".append("),
+    ("order", r"\.append\(", ".prepend("),
+    ("order", r"\bcontexts \+ d->globalContexts", "globalContexts + d->contexts"),
+    ("text", r"\"([^\"\\\n]*[a-z>:][^\"\\\n]*)\"", lambda m: f'"{m.group(1)}~"'),
+]
+
+
+def is_code(line):
+    text = line.strip()
+    return text and not text.startswith(("//", "///", "*", "/*", "#", "namespace", "class ", "using "))
+
+
+def is_statement(line):
+    """Whether a line is one whole statement that can be left out or moved."""
+    text = line.strip()
+    return (text.endswith(";") and is_code(line) and text.count("(") == text.count(")")
+            and re.match(r"(Q_EMIT |delete )?[\w:]+(\(\))?(->|\.|\(| <<| \+?= |\+\+;|;)", text)
+            and not re.match(r"(return|break|continue|default|case|static|const|auto)\b", text))
+
+
+def statements(lines):
+    """The statements as (first line, number of lines), those over several lines joined."""
+    index = 0
+    while index < len(lines):
+        length = 1
+        while (length < 6 and index + length < len(lines) and is_code(lines[index])
+               and not re.search(r"[;{}:]$", lines[index + length - 1].rstrip())
+               and lines[index + length].startswith(" ")):
+            length += 1
+        joined = " ".join(line.strip() for line in lines[index:index + length])
+        if is_statement("    " + joined) and lines[index].startswith("    "):
+            yield index, length
+            index += length
+        else:
+            index += 1
+
+
+def bodies(lines):
+    """For each line, whether it is inside of a function."""
+    inside, result = False, []
+    for line in lines:
+        if line.startswith("{"):
+            inside = True
+        elif line.startswith("}"):
+            inside = False
+        result.append(inside)
+    return result
+
+
+def faults_of(file):
+    lines = (TOP / file).read_text().splitlines()
+    header = file.endswith(".h")
+    inside = [True] * len(lines) if header else bodies(lines)
+    found = []
+
+    def add(index, length, kind, after):
+        before = "\n".join(lines[index:index + length])
+        if before != after:
+            found.append(Fault(file, index + 1, kind, before, after))
+
+    for index, line in enumerate(lines):
+        if not inside[index] or not is_code(line) or "static const QMetaMethod" in line:
+            continue
+        for kind, pattern, replacement in REPLACEMENTS:
+            for match in re.finditer(pattern, line):
+                in_text = line[:match.start()].count('"') % 2 == 1
+                if in_text and kind != "text":
+                    continue
+                changed = match.expand(replacement) if isinstance(replacement, str) \
+                    else replacement(match)
+                add(index, 1, kind, line[:match.start()] + changed + line[match.end():])
+
+    if not header:
+        parts = [(i, n) for i, n in statements(lines) if inside[i]]
+        for index, length in parts:
+            add(index, length, "drop", "")
+        for (first, n), (second, m) in zip(parts, parts[1:]):
+            same_block = re.match(r" *", lines[first])[0] == re.match(r" *", lines[second])[0]
+            if first + n == second and same_block:
+                add(first, n + m, "swap", "\n".join(lines[second:second + m] + lines[first:first + n]))
+    return found
+
+
+def all_faults():
+    found = []
+    for file in TESTS:
+        if (TOP / file).exists():
+            found += faults_of(file)
+    return found
+
+
+class Place:
+    """A copy of the tree in which faults are built and tried."""
+
+    def __init__(self, folder):
+        self.tree = folder / "tree"
+        self.build = folder / "build"
+        if self.tree.exists():
+            shutil.rmtree(self.tree)
+        shutil.copytree(TOP, self.tree, ignore=shutil.ignore_patterns("build", ".git"))
+        launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+        self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
+                  "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-g0",
+                  # A fault changes no interface, so the programs need not be linked again.
+                  "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+                  "-DZENTU_BUILD_EXAMPLES=OFF", *launcher], 120)
+        self.known = {test for test in re.findall(
+            r"tst_(\w+)", self.run(["ninja", "-C", self.build, "-t", "targets", "all"], 60).stdout)}
+
+    @staticmethod
+    def run(command, timeout, **extra):
+        return subprocess.run([str(part) for part in command], capture_output=True, text=True,
+                              errors="replace", timeout=timeout, **extra)
+
+    def tests_for(self, file):
+        return [test for test in TESTS[file] if test in self.known]
+
+    def compile(self, tests):
+        return self.run(["ninja", "-C", self.build, "-j1", *(f"tst_{test}" for test in tests)],
+                        600).returncode == 0
+
+    def verdict(self, fault):
+        path = self.tree / fault.file
+        original = path.read_text()
+        lines = original.splitlines()
+        length = fault.before.count("\n") + 1
+        lines[fault.line - 1:fault.line - 1 + length] = fault.after.splitlines()
+        path.write_text("\n".join(lines) + "\n")
+        try:
+            tests = self.tests_for(fault.file)
+            if not self.compile(tests):
+                return "does not build"
+            environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+            for test in tests:
+                try:
+                    result = self.run([self.build / "bin" / f"tst_{test}", "-maxwarnings", "50"], 90,
+                                      env=environment, cwd=self.build)
+                except subprocess.TimeoutExpired:
+                    return f"killed by {test} (it hangs)"
+                if result.returncode != 0:
+                    return f"killed by {test}"
+            return "survived"
+        finally:
+            path.write_text(original)
+
+
+def equivalents():
+    """Faults that change nothing which can be seen, each with the reason."""
+    known = {}
+    path = TOP / "tests/mutation/equivalent.txt"
+    for line in path.read_text().splitlines() if path.exists() else []:
+        if line and not line.startswith("#"):
+            name, _, reason = line.partition(" | ")
+            known[name] = reason
+    return known
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__,
+                                     formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--list", action="store_true", help="list the faults and end")
+    parser.add_argument("--file", action="append", help="only faults in this file")
+    parser.add_argument("--sample", type=int, help="only so many, chosen at random")
+    parser.add_argument("--seed", type=int, default=int(time.time()), help="of the choice")
+    parser.add_argument("--jobs", type=int, default=os.cpu_count())
+    parser.add_argument("--folder", type=pathlib.Path, default=TOP / "build/mutation")
+    parser.add_argument("--least", type=float, default=97, help="per cent that must be killed")
+    options = parser.parse_args()
+
+    faults = [f for f in all_faults() if not options.file or f.file in options.file]
+    if options.sample and options.sample < len(faults):
+        print(f"seed {options.seed}")
+        faults = random.Random(options.seed).sample(faults, options.sample)
+    if options.list:
+        print("\n".join(fault.name for fault in faults))
+        return 0
+
+    faults.sort(key=lambda fault: fault.file)
+    known = equivalents()
+    lock = threading.Lock()
+    counts = {"killed": 0, "survived": 0, "equivalent": 0, "does not build": 0}
+    survivors = []
+    queue = iter([fault for fault in faults])
+
+    def work(number):
+        place = Place(options.folder / str(number))
+        for file in sorted({fault.file for fault in faults}):
+            if not place.compile(place.tests_for(file)):
+                sys.exit(f"the tests of {file} do not build without a fault")
+        while True:
+            with lock:
+                fault = next(queue, None)
+            if fault is None:
+                return
+            verdict = "equivalent" if fault.name in known else place.verdict(fault)
+            with lock:
+                counts[verdict.split(" by ")[0]] += 1
+                if verdict == "survived":
+                    survivors.append(fault)
+                print(f"{verdict}: {fault.file}:{fault.line} {fault.name.split(':', 1)[1]}",
+                      flush=True)
+
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for future in [pool.submit(work, number) for number in range(options.jobs)]:
+            future.result()
+
+    judged = counts["killed"] + counts["survived"]
+    share = 100 * counts["killed"] / judged if judged else 100
+    print(", ".join(f"{count} {name}" for name, count in counts.items()))
+    for fault in survivors:
+        print(f"survivor: {fault.file}:{fault.line} {fault.name}")
+    print(f"{share:.1f} % of those that count were killed")
+    return 0 if share >= options.least else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
