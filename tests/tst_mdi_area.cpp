@@ -119,6 +119,7 @@ private Q_SLOTS:
     void removalAndCloseHaveTheirOrder();
     void documentThatLeftIsNotConnected();
     void foreignWindowThatBecomesCurrentIsNone();
+    void firstTabActivatesNothing();
     void firstDocumentBesideAForeignWindowIsNotMaximized();
 
 private:
@@ -768,6 +769,22 @@ void MdiAreaTest::foreignWindowThatBecomesCurrentIsNone()
     QVERIFY(lines.contains(trace(area() + QLatin1String(" active window: MdiWindow(0x0) "))));
     QVERIFY(
         lines.contains(info(area() + QLatin1String(" current window changed: MdiWindow(0x0)"))));
+}
+
+// The tab bar says that its first tab is current before the tab has its document.
+void MdiAreaTest::firstTabActivatesNothing()
+{
+    auto* const foreign = new QMdiSubWindow;
+    foreign->setWidget(new QWidget);
+    m_inner->addSubWindow(foreign);
+    foreign->show();
+    m_inner->setActiveSubWindow(foreign);
+    QTRY_COMPARE(m_inner->activeSubWindow(), foreign);
+    Recorder recorder;
+    Document* const a = add("a");
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    QVERIFY(!recorder.take().contains(
+        trace(area() + QLatin1String(" active window: MdiWindow(0x0) "))));
 }
 
 void MdiAreaTest::firstDocumentBesideAForeignWindowIsNotMaximized()
