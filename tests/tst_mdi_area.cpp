@@ -17,6 +17,7 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <cstring>
 #include <functional>
 #include <memory>
 
@@ -114,6 +115,7 @@ private Q_SLOTS:
     void areaDiesWithItsDocuments();
     void connectionsAreThoseOfTheSignatures();
     void privateObjectHasFiveSlots();
+    void whatIsNoDocumentIsLeftAlone();
     void documentSeesWhatTheAreaSees();
     void tabIsThereBeforeTheSubWindow();
     void removalAndCloseHaveTheirOrder();
@@ -672,6 +674,29 @@ void MdiAreaTest::privateObjectHasFiveSlots()
             QStringLiteral("onCurrentTabChanged(int)"), QStringLiteral("onTabClosedRequest(int)"),
             QStringLiteral("onTabBarContextMenuRequested(QPoint)"),
             QStringLiteral("onSubWindowClosed()")}));
+}
+
+void MdiAreaTest::whatIsNoDocumentIsLeftAlone()
+{
+    Document* const a = add("a");
+    // The area's one field.
+    _mdi_area_private* d = nullptr;
+    std::memcpy(&d, reinterpret_cast<const char*>(m_area.get()) + sizeof(QWidget), sizeof d);
+    QObject other;
+    connect(&other, SIGNAL(objectNameChanged(QString)), d, SLOT(onSubWindowClosed()));
+    Recorder recorder;
+    other.setObjectName(QStringLiteral("other"));
+    QVERIFY(recorder.isEmpty());
+    QCOMPARE(m_tabs->count(), 1);
+    QEvent change(QEvent::WindowTitleChange);
+    QVERIFY(!d->eventFilter(&other, &change));
+    QCOMPARE(d->tab2window(0), a);
+    QCOMPARE(d->window2tab(a), 0);
+    QVERIFY(!d->tab2window(7));
+    m_tabs->setTabData(0, QVariant(7));
+    QVERIFY(!d->tab2window(0));
+    QCOMPARE(d->window2tab(a), -1);
+    m_tabs->setTabData(0, QVariant::fromValue(static_cast<void*>(a)));
 }
 
 void MdiAreaTest::documentSeesWhatTheAreaSees()

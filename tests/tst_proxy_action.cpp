@@ -189,6 +189,7 @@ private Q_SLOTS:
     void removalOfAnUnknownContextReturnsNull();
     void dyingBackendIsDroppedWithoutADisconnect();
     void dyingBackendOfTwoContextsIsDroppedTwice();
+    void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
     void propertiesAreCopiedInOrder();
     void derivedSignalsAndSlotsCount();
@@ -826,6 +827,22 @@ void ProxyActionTest::dyingBackendIsDroppedWithoutADisconnect()
         QStringList({QStringLiteral("proxy connect triggered(bool)"),
             QStringLiteral("proxy connect toggled(bool)"),
             QStringLiteral("proxy connect hovered()")}));
+}
+
+void ProxyActionTest::destructionOfAStrangerIsTracedOnly()
+{
+    QAction backend(QStringLiteral("text"), nullptr);
+    ProxyAction proxy;
+    proxy.setCurrentContext({A});
+    proxy.addBackendAction(&backend, A);
+    QObject stranger;
+    Recorder recorder;
+    QVERIFY(
+        QMetaObject::invokeMethod(&proxy, "onBackendActionDestroyed", Q_ARG(QObject*, &stranger)));
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&proxy) + QLatin1String(" backend action destroyed ")
+            + printed(&stranger) + QLatin1Char(' '))));
+    QCOMPARE(proxy.currentActiveBackendAction(), &backend);
 }
 
 void ProxyActionTest::registrationsChangeBeforeConnections()
