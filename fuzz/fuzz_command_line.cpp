@@ -5,8 +5,8 @@
 
 #include "fuzz_input.h"
 
-#include "cmdline_model.h"
 #include "cmdline_parser.h"
+#include "cmdline_texts.h"
 
 #include <QByteArray>
 #include <QtGlobal>
@@ -18,7 +18,7 @@
 
 namespace {
 
-using Support::CmdLineModel;
+using namespace Support;
 using Text = CmdLineModel::Text;
 
 int s_criticals = 0;
@@ -31,24 +31,6 @@ QString plain(QString string)
             c = QLatin1Char('?');
     }
     return string;
-}
-
-Text text(const QString& string)
-{
-    return string.toStdU32String();
-}
-
-QString string(const Text& text)
-{
-    return QString::fromStdU32String(text);
-}
-
-std::vector<Text> texts(const QStringList& strings)
-{
-    std::vector<Text> result;
-    for (const QString& each : strings)
-        result.push_back(text(each));
-    return result;
 }
 
 QStringList plainTexts(Fuzz::Input& input, int limit)

@@ -2,8 +2,8 @@
 //
 // Compares the parser with a model on made-up declarations and command lines.
 
-#include "cmdline_model.h"
 #include "cmdline_parser.h"
+#include "cmdline_texts.h"
 #include "recorder.h"
 
 #include <QRandomGenerator>
@@ -13,24 +13,6 @@ using namespace Support;
 using Text = CmdLineModel::Text;
 
 namespace {
-
-Text text(const QString& string)
-{
-    return string.toStdU32String();
-}
-
-QString string(const Text& text)
-{
-    return QString::fromStdU32String(text);
-}
-
-std::vector<Text> texts(const QStringList& strings)
-{
-    std::vector<Text> result;
-    for (const QString& each : strings)
-        result.push_back(text(each));
-    return result;
-}
 
 /// Makes up names, descriptions and command lines.
 class Generator

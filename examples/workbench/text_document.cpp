@@ -164,16 +164,23 @@ void TextDocument::closeEvent(QCloseEvent* event)
         event->ignore();
 }
 
+// Says so above the text if the file cannot be read any more.
+bool TextDocument::readAgain(QByteArray* content, QString* text)
+{
+    QString error;
+    if (read(path(), content, text, &error))
+        return true;
+    m_changeBar->showChange(tr("The file cannot be read any more: %1").arg(error), false);
+    return false;
+}
+
 // What the document itself has written is no change.
 void TextDocument::onFileChanged()
 {
     QByteArray content;
     QString text;
-    QString error;
-    if (!read(path(), &content, &text, &error)) {
-        m_changeBar->showChange(tr("The file cannot be read any more: %1").arg(error), false);
+    if (!readAgain(&content, &text))
         return;
-    }
     if (content == m_content) {
         m_changeBar->hide();
         return;
@@ -186,12 +193,11 @@ void TextDocument::onFileChanged()
 
 void TextDocument::reload()
 {
+    QByteArray content;
     QString text;
-    QString error;
-    if (!read(path(), &m_content, &text, &error)) {
-        m_changeBar->showChange(tr("The file cannot be read any more: %1").arg(error), false);
+    if (!readAgain(&content, &text))
         return;
-    }
+    m_content = content;
     const int position = m_editor->textCursor().position();
     m_editor->setPlainText(text);
     QTextCursor cursor = m_editor->textCursor();
@@ -205,11 +211,8 @@ void TextDocument::showDifference()
 {
     QByteArray content;
     QString text;
-    QString error;
-    if (!read(path(), &content, &text, &error)) {
-        m_changeBar->showChange(tr("The file cannot be read any more: %1").arg(error), false);
+    if (!readAgain(&content, &text))
         return;
-    }
     QStringList theirs = text.split(QLatin1Char('\n'));
     QStringList ours = m_editor->toPlainText().split(QLatin1Char('\n'));
     std::sort(theirs.begin(), theirs.end());

@@ -35,6 +35,7 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    bool readAgain(QByteArray* content, QString* text);
     TextDocument(const QString& path, const QByteArray& content, const QString& text);
 
     bool maySafelyClose();
