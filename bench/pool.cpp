@@ -25,7 +25,7 @@ public Q_SLOTS:
     void onDestroyed(QObject* object) { forget(object); }
 };
 
-template <typename Line, bool ByName>
+template <typename Line, bool ByName = false, bool AsksSender = false>
 class Pool : public PoolBase
 {
 public:
@@ -48,7 +48,11 @@ public:
 
     void forget(QObject* object) override
     {
-        Line() << static_cast<const QObject*>(this) << "object destoryed:" << object;
+        const QObject* const self = this;
+        if (!AsksSender || sender() == object)
+            Line() << self << "object destoryed:" << object;
+        else
+            Line() << self << "object destoryed:" << static_cast<const void*>(object);
         const QWriteLocker locker(&lock);
         objects.removeAll(object);
     }
@@ -85,8 +89,9 @@ void addPoolRows()
     const std::string row = "pool/add and destroy";
     const std::vector<int> sizes = {10, 100, 1000, 10000};
     add(row, "zentu", sizes, addAndDestroy<Zentu::ObjectPool>)->UseManualTime();
-    add(row, "core", sizes, addAndDestroy<Pool<NoLine, false>>)->UseManualTime();
-    add(row, "hand", sizes, addAndDestroy<Pool<HandLine, false>>)->UseManualTime();
+    add(row, "core", sizes, addAndDestroy<Pool<NoLine>>)->UseManualTime();
+    add(row, "hand", sizes, addAndDestroy<Pool<HandLine>>)->UseManualTime();
+    add(row, "hand, safe", sizes, addAndDestroy<Pool<HandLine, false, true>>)->UseManualTime();
     add(row, "plain", sizes, addAndDestroy<Pool<PlainLine, true>>)->UseManualTime();
 }
 

@@ -38,12 +38,14 @@ TITLES = {
               "Each composition that the library writes. `stream` is `wisp::qlogstream`, which hosts "
               "use for lines of their own."),
     "events": ("Event bus", "Sizes are handlers, events in the queue, or subscriptions. "
-               "`lock and call` is a virtual call and an uncontended read lock for each handler."),
+               "`lock and call` is a virtual call and an uncontended read lock for each handler; "
+               "`least` is a read lock, a look-up, ten steps and one block of memory for a list."),
     "contexts": ("Contexts and actions", "Sizes are proxy actions with two backends each."),
     "command line": ("Command line", "Sizes are arguments × options for parsing, options for help."),
     "documents": ("Document area", "Sizes are open documents."),
     "options": ("Options dialog", "Sizes are pages, in one group or five levels deep."),
-    "pool": ("Object pool", "Sizes are objects."),
+    "pool": ("Object pool", "Sizes are objects. `hand, safe` is `hand` that reads a destroyed object "
+             "only if `QObject::sender()` tells that it is still there."),
 }
 
 

@@ -9,9 +9,10 @@
 #include <QTextStream>
 #include <QVarLengthArray>
 
-#include <algorithm>
+#include <array>
 #include <charconv>
 #include <iterator>
+#include <string_view>
 #include <type_traits>
 
 namespace wisp {
@@ -50,10 +51,13 @@ public:
 class item_text
 {
 public:
+    /// Text that is known to be plain ASCII, and so is written as it is.
+    using Ascii = std::string_view;
+
     /// A string with a label before it, both written only if it is to be shown.
     struct Labelled
     {
-        const char* label;                ///< Plain text
+        Ascii label;                      ///< What to write before the string
         const QString& string;            ///< Written in quotes
         bool isShown = !string.isEmpty(); ///< By default, unless the string is empty
     };
@@ -93,38 +97,45 @@ private:
             appendLatin1(text, end);
     }
 
+    void append(char ascii) { m_text.append(ascii); }
+
+    void append(Ascii ascii) { m_text.append(ascii.data(), static_cast<int>(ascii.size())); }
+
     void append(const QString& string)
     {
-        if (!std::all_of(string.cbegin(), string.cend(), isPlainCharacter)) {
-            appendByDebug(string);
-            return;
-        }
         const int begin = m_text.size();
         m_text.resize(begin + string.size() + 2);
-        char* const to = m_text.data() + begin;
-        to[0] = '"';
-        to[string.size() + 1] = '"';
-        std::transform(
-            string.cbegin(), string.cend(), to + 1, [](QChar c) { return c.toLatin1(); });
+        char* to = m_text.data() + begin;
+        *to++ = '"';
+        bool allPlain = true;
+        for (const QChar c : string) {
+            allPlain &= c.unicode() < s_isPlain.size() && s_isPlain[c.unicode()];
+            *to++ = static_cast<char>(c.unicode());
+        }
+        *to = '"';
+        if (!allPlain) {
+            m_text.resize(begin);
+            appendByDebug(string);
+        }
     }
 
     void append(const QStringList& list)
     {
-        const char* separator = "";
-        append("(");
+        Ascii separator = "";
+        append('(');
         for (const QString& string : list) {
             append(separator);
             append(string);
             separator = ", ";
         }
-        append(")");
+        append(')');
     }
 
     void append(int number) { appendNumber(number, 10); }
 
     void append(const void* address)
     {
-        append("0x");
+        append(Ascii("0x"));
         appendNumber(reinterpret_cast<quintptr>(address), 16);
     }
 
@@ -139,23 +150,25 @@ private:
     void append(const QObject* object)
     {
         if (!object) {
-            append("QObject(0x0)");
+            append(Ascii("QObject(0x0)"));
             return;
         }
         append(object->metaObject()->className());
-        append("(");
+        append('(');
         append(static_cast<const void*>(object));
         append(Labelled{", name = ", object->objectName()});
-        append(")");
+        append(')');
     }
 
-    // A character that QDebug writes as it is: one that prints, but no quote and no backslash.
-    static bool isPlainCharacter(QChar c)
-    {
-        const ushort code = c.unicode();
-        return code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
-                           : code >= 0xa0 && code <= 0xff && code != 0xad;
-    }
+    // What QDebug writes as it is: the characters that print, but no quote and no backslash.
+    static constexpr std::array<bool, 256> s_isPlain = [] {
+        std::array<bool, 256> result = {};
+        for (unsigned code = 0; code < result.size(); ++code) {
+            result[code] = code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
+                                       : code >= 0xa0 && code != 0xad;
+        }
+        return result;
+    }();
 
     template <typename Number>
     void appendNumber(Number number, int base)

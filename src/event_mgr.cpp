@@ -118,11 +118,16 @@ void EventManager::postEvent(IEvent* event, PostMode mode)
         staticMetaObject.method(staticMetaObject.indexOfSlot("dispatch(IEvent*)"));
 
     Trace() << this << "post event" << event << static_cast<int>(mode);
-    // Looked up once, but for a derived class, which may have declared a slot of that name.
-    if (metaObject() == &staticMetaObject)
-        dispatchSlot.invoke(this, connectionType(mode), Q_ARG(IEvent*, event));
+    const Qt::ConnectionType type = connectionType(mode);
+    // A derived class may have declared a slot of that name. For this one, it is looked up once, or
+    // called without the copies of its argument that the event loop would need.
+    if (metaObject() != &staticMetaObject)
+        QMetaObject::invokeMethod(this, "dispatch", type, Q_ARG(IEvent*, event));
+    else if (type == Qt::QueuedConnection)
+        QMetaObject::invokeMethod(
+            this, [=] { dispatch(event); }, type);
     else
-        QMetaObject::invokeMethod(this, "dispatch", connectionType(mode), Q_ARG(IEvent*, event));
+        dispatchSlot.invoke(this, type, Q_ARG(IEvent*, event));
 }
 
 void EventManager::dispatch(IEvent* event)

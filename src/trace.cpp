@@ -12,6 +12,8 @@
 
 namespace Zentu {
 
+using namespace std::string_view_literals;
+using Ascii = wisp::item_text::Ascii;
 using Labelled = wisp::item_text::Labelled;
 
 static const void* address(const void* object)
@@ -59,9 +61,9 @@ Trace& Trace::operator<<(const QObject* object)
 Trace& Trace::operator<<(const QWidget* widget)
 {
     if (!widget)
-        return item("QWidget(0x0)");
-    return item(widget->metaObject()->className(), "(", address(widget),
-        Labelled{", name=", widget->objectName()}, ")");
+        return item("QWidget(0x0)"sv);
+    return item(widget->metaObject()->className(), '(', address(widget),
+        Labelled{", name=", widget->objectName()}, ')');
 }
 
 Trace& Trace::operator<<(const QAction* action)
@@ -70,27 +72,27 @@ Trace& Trace::operator<<(const QAction* action)
 
     // The zero behind the address of a null action is Qt's.
     if (!action)
-        return item("QAction(", address(action), "0)");
-    const char* const checked = action->isChecked() ? " checked=true" : " checked=false";
+        return item("QAction("sv, address(action), "0)"sv);
+    const Ascii checked = action->isChecked() ? " checked=true"sv : " checked=false"sv;
     // Not empty, a shortcut can still have no text, and a role can have no name.
     const QKeySequence shortcut = action->shortcut();
     const bool hasShortcut = !shortcut.isEmpty();
     const QString keys = hasShortcut ? shortcut.toString() : QString();
     const char* const role = roles.valueToKey(action->menuRole());
     const QByteArray number = role ? QByteArray() : QByteArray::number(action->menuRole());
-    return item("QAction(", address(action), " text=", action->text(),
-        Labelled{" toolTip=", action->toolTip()}, action->isCheckable() ? checked : "",
-        Labelled{" shortcut=QKeySequence(", keys, hasShortcut}, hasShortcut ? ")" : "",
-        " menuRole=", role ? role : number.constData(),
-        action->isVisible() ? " visible=true)" : " visible=false)");
+    return item("QAction("sv, address(action), " text="sv, action->text(),
+        Labelled{" toolTip=", action->toolTip()}, action->isCheckable() ? checked : ""sv,
+        Labelled{" shortcut=QKeySequence(", keys, hasShortcut}, hasShortcut ? ")"sv : ""sv,
+        " menuRole="sv, role ? Ascii(role) : Ascii(number.constData()),
+        action->isVisible() ? " visible=true)"sv : " visible=false)"sv);
 }
 
 Trace& Trace::operator<<(const IEvent* event)
 {
     // Qt's spacing leaves two blanks behind a null event.
     if (!event)
-        return item("IEvent(0x0) ");
-    return item("IEvent(", address(event), ", type = ", event->type(), ")");
+        return item("IEvent(0x0) "sv);
+    return item("IEvent("sv, address(event), ", type = "sv, event->type(), ')');
 }
 
 Trace& Trace::operator<<(const IEventHandler* handler)
@@ -101,16 +103,16 @@ Trace& Trace::operator<<(const IEventHandler* handler)
 Trace& Trace::operator<<(const IMdiSubWindow* window)
 {
     if (!window)
-        return item("MdiWindow(0x0)");
-    return item("MdiWindow(", address(window), Labelled{", ", window->shortTitle()}, ")");
+        return item("MdiWindow(0x0)"sv);
+    return item("MdiWindow("sv, address(window), Labelled{", ", window->shortTitle()}, ')');
 }
 
 Trace& Trace::operator<<(const IOptionPage* page)
 {
     if (!page)
-        return item("IOptionPage(0x0)");
-    return item("IOptionPage(", address(page),
-        ", category = ", page->category().join(QLatin1Char('/')), ")");
+        return item("IOptionPage(0x0)"sv);
+    return item("IOptionPage("sv, address(page), ", category = "sv,
+        page->category().join(QLatin1Char('/')), ')');
 }
 
 } // namespace Zentu
