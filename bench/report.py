@@ -2,12 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Writes docs/performance.md and its plot from the results of the benchmarks.
 
-    report.py RESULTS.json COUNTS.txt DOCS
+    report.py RESULTS COUNTS.txt DOCS
 """
 
 import collections
 import datetime
 import json
+import math
 import pathlib
 import sys
 
@@ -49,11 +50,16 @@ TITLES = {
 }
 
 
-def read(path):
-    """{family: {row: {size: {who: (nanoseconds, allocations)}}}} in the order of the run."""
+def read(folder):
+    """{family: {row: {size: {who: (nanoseconds, allocations)}}}}, and what the machine is."""
     families = collections.OrderedDict()
-    for result in json.loads(path.read_text())["benchmarks"]:
-        if result.get("aggregate_name") != "median":
+    runs = [json.loads(path.read_text()) for path in sorted(folder.glob("*.json"))]
+    # They ran in a mixed order.
+    results = [result for run in runs for result in sorted(run["benchmarks"], key=lambda result: (
+        result["family_index"], result["per_family_instance_index"]))]
+    # The best of each: what else a machine does can only add to a time.
+    for result in results:
+        if result["run_type"] != "iteration":
             continue
         parts = [part for part in result["run_name"].split("/") if part != "manual_time"]
         family, row, who, *sizes = parts
@@ -61,9 +67,10 @@ def read(path):
         rows = families.setdefault(family, collections.OrderedDict())
         by_size = rows.setdefault(row, collections.OrderedDict())
         scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[result["time_unit"]]
-        by_size.setdefault(size, collections.OrderedDict())[who] = (
-            result["real_time"] * scale, result.get("allocations", 0))
-    return families
+        best = by_size.setdefault(size, collections.OrderedDict())
+        best[who] = min(best.get(who, (math.inf, 0)),
+                        (result["real_time"] * scale, result.get("allocations", 0)))
+    return families, runs[0]["context"]
 
 
 def time(nanoseconds):
@@ -137,7 +144,6 @@ def plot(families):
     low, high = 0.001, 10.0
 
     def x(value):
-        import math
         part = (math.log10(min(max(value, low), high)) - math.log10(low)) / (
             math.log10(high) - math.log10(low))
         return left + part * width
@@ -167,14 +173,13 @@ def plot(families):
 
 def main():
     results, counts, docs = (pathlib.Path(argument) for argument in sys.argv[1:])
-    families = read(results)
-    context = json.loads(results.read_text())["context"]
+    families, context = read(results)
     lines = [
         "# Performance", "",
         "Written by `scripts/bench`; run it to have the numbers of your own machine. All of them come "
         "from one run, so the ratios tell more than the times.", "",
         f"{datetime.date.today():%d %B %Y}, {context['num_cpus']} cores at {context['mhz_per_cpu']} MHz, "
-        "median of three, with a logger that does nothing.", "",
+        "the best of five, with a logger that does nothing.", "",
         "- `zentu` is the library.",
         "- `core` does the same steps, written by hand, without a line of trace.",
         "- `hand` is `core` with the line put together by hand, character by character.",
@@ -189,9 +194,7 @@ def main():
             continue
         for row, by_size in rows.items():
             lines += [f"### {row}", ""] + table(family, row, by_size) + [""]
-    notes = results.parent.parent.parent / "bench/notes.md"
-    if notes.exists():
-        lines += [notes.read_text().rstrip(), ""]
+    lines += [(pathlib.Path(__file__).parent / "notes.md").read_text().rstrip(), ""]
     if counts.exists():
         lines += ["## Instructions", "",
                   "A hundred times each, counted by callgrind; `scripts/bench --counts` fails when one "

@@ -4,6 +4,7 @@
 #include "glyph_icon.h"
 #include "settings.h"
 
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QPainter>
 #include <QPalette>
@@ -12,8 +13,8 @@
 
 namespace {
 
-/// Fusion, but for the small buttons of tabs and windows: its pictures of them are dark on any
-/// palette.
+/// Fusion, but for what it draws in dark colors on any palette (the small buttons of tabs and
+/// windows, the outline of boxes), and with a frame around the list that has the focus.
 class Style : public QProxyStyle
 {
 public:
@@ -40,13 +41,54 @@ public:
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
         const QWidget* widget) const override
     {
-        if (element != PE_IndicatorTabClose) {
-            QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element == PE_IndicatorTabClose) {
+            if (option->state & State_MouseOver)
+                painter->fillRect(option->rect, option->palette.color(QPalette::Midlight));
+            glyphIcon(QStringLiteral("document-close")).paint(painter, option->rect);
             return;
         }
-        if (option->state & State_MouseOver)
-            painter->fillRect(option->rect, option->palette.color(QPalette::Midlight));
-        glyphIcon(QStringLiteral("document-close")).paint(painter, option->rect);
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        // The outline of a box is darker than what is around it.
+        if (element == PE_IndicatorCheckBox && isDark(option)
+            && !(option->state & State_HasFocus)) {
+            painter->setPen(option->palette.color(QPalette::Disabled, QPalette::Text));
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        }
+    }
+
+    // What is selected in a list looks the same whether the list has the focus or not.
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+        const QWidget* widget) const override
+    {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_ShapedFrame && option->state & State_HasFocus
+            && qobject_cast<const QAbstractItemView*>(widget)) {
+            painter->setPen(option->palette.color(QPalette::Highlight));
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+        }
+    }
+
+    // The buttons of a window that is not active are black, which a dark one hides; those of the
+    // active one are white.
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+        QPainter* painter, const QWidget* widget) const override
+    {
+        const auto* const bar = qstyleoption_cast<const QStyleOptionTitleBar*>(option);
+        if (!bar || bar->titleBarState & State_Active || !isDark(option)) {
+            QProxyStyle::drawComplexControl(control, option, painter, widget);
+            return;
+        }
+        QStyleOptionTitleBar light = *bar;
+        light.titleBarState |= State_Active;
+        light.palette.setColor(QPalette::Highlight, bar->palette.color(QPalette::Window));
+        light.palette.setColor(QPalette::HighlightedText, bar->palette.color(QPalette::Text));
+        QProxyStyle::drawComplexControl(control, &light, painter, widget);
+    }
+
+private:
+    static bool isDark(const QStyleOption* option)
+    {
+        return option->palette.color(QPalette::Window).lightness() < 128;
     }
 };
 
