@@ -105,6 +105,7 @@ private Q_SLOTS:
     void closedDocumentsTabGoesWithTheSignal();
     void closeWindowOnlyCloses();
     void menuOpensOnATabOnly();
+    void signalsAboutNoTabDoNothing();
     void draggedTabsKeepTheirDocuments();
     void listKeepsForeignWindowsAsNull();
     void tabSignalsDoNotFeedBack();
@@ -544,6 +545,18 @@ void MdiAreaTest::menuOpensOnATabOnly()
     QTimer::singleShot(150, this, [&] { waited = true; });
     QTRY_VERIFY(waited);
     QVERIFY(!menu);
+}
+
+void MdiAreaTest::signalsAboutNoTabDoNothing()
+{
+    add("a");
+    Document* const b = add("b");
+    Recorder recorder;
+    Q_EMIT m_tabs->currentChanged(-1);
+    Q_EMIT m_tabs->tabCloseRequested(-1);
+    QVERIFY(recorder.isEmpty());
+    QCOMPARE(m_area->currentSubWindow(), b);
+    QCOMPARE(m_area->subWindows().size(), 2);
 }
 
 void MdiAreaTest::draggedTabsKeepTheirDocuments()
