@@ -44,6 +44,24 @@ public:
     void log(int level, const char* text);
 };
 
+namespace detail {
+
+/// For each Latin-1 character whether `QDebug` writes it as it is: if it prints, but is no quote
+/// and no backslash.
+constexpr std::array<bool, 256> plainCharacters()
+{
+    std::array<bool, 256> result = {};
+    for (unsigned code = 0; code < result.size(); ++code) {
+        result[code] =
+            code < 0x7f ? code >= ' ' && code != '"' && code != '\\' : code >= 0xa0 && code != 0xad;
+    }
+    return result;
+}
+
+inline constexpr std::array<bool, 256> isPlain = plainCharacters();
+
+} // namespace detail
+
 /**
  * Latin-1 text to which items are appended as a fresh `QDebug` writes them, most of them without
  * making one.
@@ -109,7 +127,7 @@ private:
         *to++ = '"';
         bool allPlain = true;
         for (const QChar c : string) {
-            allPlain &= c.unicode() < s_isPlain.size() && s_isPlain[c.unicode()];
+            allPlain &= c.unicode() < detail::isPlain.size() && detail::isPlain[c.unicode()];
             *to++ = static_cast<char>(c.unicode());
         }
         *to = '"';
@@ -159,16 +177,6 @@ private:
         append(Labelled{", name = ", object->objectName()});
         append(')');
     }
-
-    // What QDebug writes as it is: the characters that print, but no quote and no backslash.
-    static constexpr std::array<bool, 256> s_isPlain = [] {
-        std::array<bool, 256> result = {};
-        for (unsigned code = 0; code < result.size(); ++code) {
-            result[code] = code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
-                                       : code >= 0xa0 && code != 0xad;
-        }
-        return result;
-    }();
 
     template <typename Number>
     void appendNumber(Number number, int base)

@@ -169,18 +169,14 @@ void _cmdline_parser_private::addToIndex(int option) const
     }
 }
 
+// The keys have been looked up, to see that they are new, so the index is that of the options.
 void _cmdline_parser_private::declare(const CmdOption& option)
 {
-    const bool isIndexed = options.isSharedWith(indexed);
     // A list with two owners would be copied.
     indexed = QList<CmdOption>();
     options.append(option);
-    if (isIndexed) {
-        addToIndex(options.size() - 1);
-        indexed = options;
-    } else {
-        index.clear();
-    }
+    addToIndex(options.size() - 1);
+    indexed = options;
 }
 
 CmdOption _cmdline_parser_private::findOptionDefine(const QString& key) const
