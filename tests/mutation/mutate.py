@@ -262,6 +262,7 @@ def main():
     parser.add_argument("--folder", type=pathlib.Path, default=TOP / "build/mutation")
     parser.add_argument("--least", type=float, default=97, help="per cent that must be killed")
     options = parser.parse_args()
+    options.folder = options.folder.resolve()
 
     faults = [f for f in all_faults() if not options.file or f.file in options.file]
     if options.sample and options.sample < len(faults):
