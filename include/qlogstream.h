@@ -139,12 +139,11 @@ private:
 
     void append(const QStringList& list)
     {
-        Ascii separator = "";
         append('(');
-        for (const QString& string : list) {
-            append(separator);
-            append(string);
-            separator = ", ";
+        for (int i = 0; i < list.size(); ++i) {
+            if (i > 0)
+                append(Ascii(", "));
+            append(list.at(i));
         }
         append(')');
     }
