@@ -176,10 +176,10 @@ def main():
     families, context = read(results)
     lines = [
         "# Performance", "",
-        "Written by `scripts/bench`; run it to have the numbers of your own machine. All of them come "
-        "from one run, so the ratios tell more than the times.", "",
+        "Written by `scripts/bench`; run it to have the numbers of your own machine. Those of a table come "
+        "from one run in which they take turns, so the ratios tell more than the times.", "",
         f"{datetime.date.today():%d %B %Y}, {context['num_cpus']} cores at {context['mhz_per_cpu']} MHz, "
-        "the best of several runs, with a logger that does nothing.", "",
+        "the best of nine, with a logger that does nothing.", "",
         "- `zentu` is the library.",
         "- `core` does the same steps, written by hand, without a line of trace.",
         "- `hand` is `core` with the line put together by hand, character by character.",

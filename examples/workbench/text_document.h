@@ -35,9 +35,9 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    bool readAgain(QByteArray* content, QString* text);
     TextDocument(const QString& path, const QByteArray& content, const QString& text);
 
+    bool readAgain(QByteArray* content, QString* text);
     bool maySafelyClose();
     void reload();
     void showDifference();
