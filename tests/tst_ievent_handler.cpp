@@ -50,6 +50,7 @@ private Q_SLOTS:
     void unsubscribesAtTheManager();
     void destructionLeavesEverything();
     void destructionWithoutSubscriptionIsTracedAllTheSame();
+    void isWholeUntilItIsUnsubscribed();
     void pausedHandlerKeepsItsSubscriptions();
     void isNotCopied();
 };
@@ -113,6 +114,19 @@ void IEventHandlerTest::destructionWithoutSubscriptionIsTracedAllTheSame()
     Recorder recorder;
     handler.reset();
     QCOMPARE(recorder.take(), QStringList(line));
+}
+
+// A thread that is about to deliver asks it until the manager has let it go.
+void IEventHandlerTest::isWholeUntilItIsUnsubscribed()
+{
+    auto handler = std::make_unique<Handler>();
+    handler->setReceiving(false);
+    const IEventHandler* const dying = handler.get();
+    QList<bool> receiving;
+    Recorder recorder;
+    recorder.onEntry([&](const Entry&) { receiving.append(dying->isReceiving()); });
+    handler.reset();
+    QCOMPARE(receiving, QList<bool>{false});
 }
 
 void IEventHandlerTest::pausedHandlerKeepsItsSubscriptions()

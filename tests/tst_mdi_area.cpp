@@ -54,8 +54,15 @@ public:
     bool refuses = false;
     QList<QEvent::Type> seen;
     std::function<void()> onParentChange;
+    std::function<void()> onConnected;
 
 protected:
+    void connectNotify(const QMetaMethod& signal) override
+    {
+        if (onConnected && signal == QMetaMethod::fromSignal(&IMdiSubWindow::closed))
+            onConnected();
+    }
+
     bool event(QEvent* event) override
     {
         if (event->type() == QEvent::WindowTitleChange || event->type() == QEvent::WindowIconChange)
@@ -109,6 +116,7 @@ private Q_SLOTS:
     void draggedTabsKeepTheirDocuments();
     void listKeepsForeignWindowsAsNull();
     void tabSignalsDoNotFeedBack();
+    void tabBarIsHeardOnceAfterEachChange();
     void deletedDocumentLeavesItsTab();
     void deadDocumentIsNotCalled_data();
     void deadDocumentIsNotCalled();
@@ -119,6 +127,8 @@ private Q_SLOTS:
     void whatIsNoDocumentIsLeftAlone();
     void documentSeesWhatTheAreaSees();
     void tabIsThereBeforeTheSubWindow();
+    void titleIsFollowedBeforeTheCloseIsHeard();
+    void removedDocumentIsReleasedBeforeItLeavesTheInnerArea();
     void removalAndCloseHaveTheirOrder();
     void documentThatLeftIsNotConnected();
     void foreignWindowThatBecomesCurrentIsNone();
@@ -140,6 +150,19 @@ private:
         QString text;
         QDebug(&text) << document;
         return text.trimmed();
+    }
+
+    /// How often each signal of the tab bar that the area hears is connected.
+    QList<int> tabConnections() const
+    {
+        struct Open : QTabBar
+        {
+            using QTabBar::receivers;
+        };
+        constexpr auto receivers = &Open::receivers;
+        return {(m_tabs->*receivers)(SIGNAL(currentChanged(int))),
+            (m_tabs->*receivers)(SIGNAL(tabCloseRequested(int))),
+            (m_tabs->*receivers)(SIGNAL(customContextMenuRequested(QPoint)))};
     }
 
     QPoint centre(int tab) const { return m_tabs->tabRect(tab).center(); }
@@ -414,6 +437,12 @@ void MdiAreaTest::removedDocumentsTitlesDoNotReachTabs()
     m_area->removeWindow(b);
     b->setShortTitle(QStringLiteral("changed"));
     QCOMPARE(m_tabs->tabText(0), QStringLiteral("a"));
+    // It is not even looked for: a tab that happens to have it stays as it is.
+    const int tab = m_tabs->addTab(QStringLiteral("other"));
+    m_tabs->setTabData(tab, QVariant::fromValue(static_cast<void*>(b)));
+    b->setShortTitle(QStringLiteral("changed again"));
+    QCOMPARE(m_tabs->tabText(tab), QStringLiteral("other"));
+    m_tabs->removeTab(tab);
     delete b;
 }
 
@@ -619,6 +648,37 @@ void MdiAreaTest::tabSignalsDoNotFeedBack()
         QVERIFY2(!line.contains(QLatin1String("changed: ") + window(b)), qPrintable(line));
 }
 
+// An activation that follows would put right what an addition or a removal left wrong, so each is
+// looked at before one can follow.
+void MdiAreaTest::tabBarIsHeardOnceAfterEachChange()
+{
+    const QList<int> once{1, 1, 1};
+    QCOMPARE(tabConnections(), once);
+
+    auto* const a = new Document(QStringLiteral("a"));
+    QList<QList<int>> whileAdded;
+    a->onParentChange = [&] { whileAdded.append(tabConnections()); };
+    m_area->addWindow(a);
+    a->onParentChange = {};
+    QVERIFY(!whileAdded.isEmpty());
+    QCOMPARE(whileAdded.first(), once);
+
+    Document* const b = add("b");
+    Document* const c = add("c");
+    QTRY_COMPARE(m_area->currentSubWindow(), c);
+    QCOMPARE(tabConnections(), once);
+
+    QList<QList<int>> whenClosed;
+    connect(b, &IMdiSubWindow::closed, this, [&] { whenClosed.append(tabConnections()); });
+    m_area->closeWindow(b);
+    QCOMPARE(whenClosed, QList<QList<int>>{once});
+
+    m_area->removeWindow(a);
+    QCOMPARE(m_area->currentSubWindow(), c);
+    QCOMPARE(tabConnections(), once);
+    delete a;
+}
+
 void MdiAreaTest::deletedDocumentLeavesItsTab()
 {
     add("a");
@@ -737,6 +797,31 @@ void MdiAreaTest::tabIsThereBeforeTheSubWindow()
     document->onParentChange = {};
     QVERIFY(!moments.isEmpty());
     QCOMPARE(moments.first(), QStringLiteral("1 1 1"));
+}
+
+void MdiAreaTest::titleIsFollowedBeforeTheCloseIsHeard()
+{
+    auto* const document = new Document(QStringLiteral("a"));
+    QStringList tabs;
+    document->onConnected = [&] {
+        document->setShortTitle(QStringLiteral("b"));
+        tabs.append(m_tabs->tabText(0));
+    };
+    m_area->addWindow(document);
+    document->onConnected = {};
+    QCOMPARE(tabs, QStringList(QStringLiteral("b")));
+}
+
+void MdiAreaTest::removedDocumentIsReleasedBeforeItLeavesTheInnerArea()
+{
+    Document* const document = add("a");
+    QList<const MdiArea*> owners;
+    document->onParentChange = [&] { owners.append(document->ownerArea()); };
+    m_area->removeWindow(document);
+    document->onParentChange = {};
+    QVERIFY(!owners.isEmpty());
+    QCOMPARE(owners.first(), nullptr);
+    delete document;
 }
 
 void MdiAreaTest::removalAndCloseHaveTheirOrder()
