@@ -55,12 +55,19 @@ public:
     QList<QEvent::Type> seen;
     std::function<void()> onParentChange;
     std::function<void()> onConnected;
+    std::function<void()> onDisconnected;
 
 protected:
     void connectNotify(const QMetaMethod& signal) override
     {
         if (onConnected && signal == QMetaMethod::fromSignal(&IMdiSubWindow::closed))
             onConnected();
+    }
+
+    void disconnectNotify(const QMetaMethod& /*signal*/) override
+    {
+        if (onDisconnected)
+            onDisconnected();
     }
 
     bool event(QEvent* event) override
@@ -117,6 +124,7 @@ private Q_SLOTS:
     void listKeepsForeignWindowsAsNull();
     void tabSignalsDoNotFeedBack();
     void tabBarIsHeardOnceAfterEachChange();
+    void tabBarIsNotHeardWhileTheAreaChangesIt();
     void deletedDocumentLeavesItsTab();
     void deadDocumentIsNotCalled_data();
     void deadDocumentIsNotCalled();
@@ -128,6 +136,7 @@ private Q_SLOTS:
     void documentSeesWhatTheAreaSees();
     void tabIsThereBeforeTheSubWindow();
     void titleIsFollowedBeforeTheCloseIsHeard();
+    void titleIsNotFollowedWhenTheCloseIsNotHeardAnyMore();
     void removedDocumentIsReleasedBeforeItLeavesTheInnerArea();
     void removalAndCloseHaveTheirOrder();
     void documentThatLeftIsNotConnected();
@@ -679,6 +688,46 @@ void MdiAreaTest::tabBarIsHeardOnceAfterEachChange()
     delete a;
 }
 
+void MdiAreaTest::tabBarIsNotHeardWhileTheAreaChangesIt()
+{
+    const QList<int> once{1, 1, 1};
+    QList<QList<int>> whileChanged;
+    QList<QList<int>> whenCurrent;
+    Document* const a = add("a");
+    connect(m_tabs, &QTabBar::currentChanged, this, [&] {
+        QList<int> connections = tabConnections();
+        --connections.first(); // the one that asks
+        whileChanged.append(connections);
+    });
+    connect(m_area.get(), &MdiArea::currentSubWindowChanged, this, [&] {
+        QList<int> connections = tabConnections();
+        --connections.first();
+        whenCurrent.append(connections);
+    });
+    const auto compare = [&] {
+        const QList<int> none{0, 0, 0};
+        QVERIFY(!whileChanged.isEmpty());
+        QCOMPARE(whileChanged, QVector<QList<int>>(whileChanged.size(), none).toList());
+        QVERIFY(!whenCurrent.isEmpty());
+        QCOMPARE(whenCurrent, QVector<QList<int>>(whenCurrent.size(), once).toList());
+        whileChanged.clear();
+        whenCurrent.clear();
+    };
+
+    Document* const b = add("b");
+    QTRY_COMPARE(m_tabs->currentIndex(), 1);
+    compare();
+
+    m_area->closeWindow(b);
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    compare();
+
+    // The tab bar stays at the last tab until that is removed.
+    m_area->closeWindow(a);
+    QTRY_COMPARE(m_area->currentSubWindow(), nullptr);
+    compare();
+}
+
 void MdiAreaTest::deletedDocumentLeavesItsTab()
 {
     add("a");
@@ -810,6 +859,21 @@ void MdiAreaTest::titleIsFollowedBeforeTheCloseIsHeard()
     m_area->addWindow(document);
     document->onConnected = {};
     QCOMPARE(tabs, QStringList(QStringLiteral("b")));
+}
+
+void MdiAreaTest::titleIsNotFollowedWhenTheCloseIsNotHeardAnyMore()
+{
+    Document* const document = add("a");
+    QStringList tabs;
+    document->onDisconnected = [&] {
+        document->setShortTitle(QStringLiteral("b"));
+        tabs.append(m_tabs->tabText(0));
+    };
+    m_area->removeWindow(document);
+    document->onDisconnected = {};
+    QVERIFY(!tabs.isEmpty());
+    QCOMPARE(tabs.first(), QStringLiteral("a"));
+    delete document;
 }
 
 void MdiAreaTest::removedDocumentIsReleasedBeforeItLeavesTheInnerArea()
