@@ -48,7 +48,12 @@ public:
         return widget;
     }
 
-    void initialize() override { note("initialize"); }
+    void initialize() override
+    {
+        note("initialize");
+        if (onInitialize)
+            onInitialize();
+    }
 
     void finalize() override
     {
@@ -66,6 +71,7 @@ public:
 
     bool hasWidget = true;
     QPointer<QWidget> widget;
+    std::function<void()> onInitialize;
     std::function<void()> onApply;
     std::function<void()> onFinalize;
     mutable int asked = 0;
@@ -136,6 +142,9 @@ private Q_SLOTS:
     void takenCategoryIsReported();
     void pageWithoutCategoryIsNeverShown();
     void pageIsInitializedOnceBeforeItsWidget();
+    void pageIsNotAppliedWhileItIsInitialized();
+    void pageIsTracedBeforeItIsShown();
+    void treeIsFilledBeforeItHasTheFocus();
     void shownWidgetIsLeftAlone();
     void pageIsAddedAgainWhenItIsShownAgain();
     void pageWithoutWidgetIsReported();
@@ -412,6 +421,49 @@ void OptionDialogTest::pageIsInitializedOnceBeforeItsWidget()
     // item changed, initialize, show: before anything, before initialize(), after pageWidget().
     QCOMPARE(atTheLines, list({"0", "0", "2"}));
     QCOMPARE(stack(dialog)->currentWidget(), b.widget.data());
+}
+
+void OptionDialogTest::pageIsNotAppliedWhileItIsInitialized()
+{
+    Page a("A", &m_log);
+    Page b("B", &m_log);
+    const auto dialog = create({&a, &b});
+    b.onInitialize = [&] { button(dialog, QDialogButtonBox::Apply)->click(); };
+    m_log.clear();
+    tree(dialog)->setCurrentItem(tree(dialog)->topLevelItem(1));
+    QCOMPARE(m_log, list({"initialize B", "apply A", "widget B"}));
+}
+
+void OptionDialogTest::pageIsTracedBeforeItIsShown()
+{
+    Page a("A", &m_log);
+    Page b("B", &m_log);
+    const auto dialog = create({&a, &b});
+    const QString line = print(dialog.get()) + QLatin1String(" show option page ") + print(&b);
+    QList<int> pages;
+    Recorder recorder;
+    recorder.onEntry([&](const Entry& entry) {
+        if (entry.text.startsWith(line))
+            pages.append(stack(dialog)->count());
+    });
+    tree(dialog)->setCurrentItem(tree(dialog)->topLevelItem(1));
+    QCOMPARE(pages, QList<int>{1});
+    QCOMPARE(stack(dialog)->count(), 2);
+}
+
+void OptionDialogTest::treeIsFilledBeforeItHasTheFocus()
+{
+    QList<const QWidget*> focused;
+    Recorder recorder;
+    recorder.onEntry([&](const Entry&) {
+        for (const QWidget* widget : QApplication::topLevelWidgets()) {
+            if (qobject_cast<const QDialog*>(widget))
+                focused.append(widget->focusWidget());
+        }
+    });
+    const OptionDialog dialog({});
+    QCOMPARE(focused, QList<const QWidget*>{nullptr});
+    QVERIFY(dialog.focusWidget());
 }
 
 void OptionDialogTest::shownWidgetIsLeftAlone()
