@@ -192,6 +192,7 @@ private Q_SLOTS:
     void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
     void propertiesAreCopiedInOrder();
+    void enabledIsCopiedBeforeVisible();
     void derivedSignalsAndSlotsCount();
     void dyingInactiveBackendChangesNothing();
     void nullBackendIsStoredAndNeverSelected();
@@ -767,8 +768,12 @@ void ProxyActionTest::removalByContextReturnsTheAction()
     proxy.setCurrentContext({A, B});
     log.clear();
     Recorder recorder;
+    QList<QAction*> atTheLines;
+    recorder.onEntry([&](const Entry&) { atTheLines.append(proxy.getBackendAction(A)); });
     const QString before = print(&proxy);
     QCOMPARE(proxy.removeBackendContext(A), &a);
+    QCOMPARE(atTheLines, QList<QAction*>({&a, nullptr}));
+    recorder.onEntry({});
     QCOMPARE(recorder.take(),
         QStringList({trace(before + QLatin1String(" remove backend context \"A\" ") + print(&a)
                          + QLatin1Char(' ')),
@@ -921,6 +926,27 @@ void ProxyActionTest::propertiesAreCopiedInOrder()
             qPrintable(steps.join(QLatin1Char(' '))));
     QCOMPARE(steps.last(), QStringLiteral("vcCtiIsTSw"));
     QVERIFY2(steps.size() >= 10, qPrintable(steps.join(QLatin1Char(' '))));
+}
+
+void ProxyActionTest::enabledIsCopiedBeforeVisible()
+{
+    QAction shown;
+    QAction hidden;
+    hidden.setEnabled(false);
+    hidden.setVisible(false);
+    ProxyAction proxy;
+    proxy.addBackendAction(&shown, A);
+    proxy.addBackendAction(&hidden, B);
+    proxy.setCurrentContext({A});
+    QVERIFY(proxy.isEnabled() && proxy.isVisible());
+    QList<QPair<bool, bool>> steps;
+    connect(&proxy, &QAction::changed, this,
+        [&] { steps.append(qMakePair(proxy.isEnabled(), proxy.isVisible())); });
+    proxy.setCurrentContext({B});
+    proxy.disconnect(this);
+    QVERIFY(!steps.isEmpty());
+    QCOMPARE(steps.first(), qMakePair(false, true));
+    QCOMPARE(steps.last(), qMakePair(false, false));
 }
 
 void ProxyActionTest::derivedSignalsAndSlotsCount()

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void actionIsStoredBeforeItGetsTheContexts();
     void contextsReachActionsInOrderOfIdentifiers();
     void sameContextsDoNothing();
+    void contextsAreTracedBeforeTheyAreStored();
     void contextsAreStoredBeforeTheyAreHandedOn();
     void actionsOutliveTheManager();
 };
@@ -188,6 +189,25 @@ void ProxyActionManagerTest::sameContextsDoNothing()
     QCOMPARE(action.currentContext(), QStringList(E));
     manager.setCurrentContext({B, A});
     QCOMPARE(recorder.take().size(), 2);
+}
+
+void ProxyActionManagerTest::contextsAreTracedBeforeTheyAreStored()
+{
+    ProxyActionManager manager;
+    manager.setCurrentContext({E});
+    ProxyAction registered;
+    QStringList atTheLine;
+    Recorder recorder;
+    recorder.onEntry([&](const Entry&) {
+        if (manager.getProxyAction(A))
+            return;
+        manager.registerProxyAction(&registered, A);
+        atTheLine = registered.currentContext();
+    });
+    manager.setCurrentContext({B});
+    recorder.onEntry({});
+    QCOMPARE(atTheLine, QStringList(E));
+    QCOMPARE(registered.currentContext(), QStringList(B));
 }
 
 void ProxyActionManagerTest::contextsAreStoredBeforeTheyAreHandedOn()
