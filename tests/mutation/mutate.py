@@ -249,7 +249,7 @@ def equivalents():
     path = TOP / "tests/mutation/equivalent.txt"
     for line in path.read_text().splitlines() if path.exists() else []:
         if line and not line.startswith("#"):
-            name, _, reason = line.partition(" | ")
+            name, _, reason = line.rpartition(" | ")
             known[name] = reason
     return known
 
