@@ -134,6 +134,7 @@ void activate(benchmark::State& state)
     Shown<Area> shown;
     shown.create(count);
     shown.open();
+    QCoreApplication::processEvents();
     repeat(state, [&] {
         for (int i = 0; i < count; ++i) {
             const int index = (i * 7) % count;
@@ -149,6 +150,7 @@ void retitle(benchmark::State& state)
     Shown<Area> shown;
     shown.create(count);
     shown.open();
+    QCoreApplication::processEvents();
     int round = 0;
     repeat(state, [&] {
         ++round;
