@@ -97,17 +97,26 @@ QByteArray asPrinted(const QString& text)
 
 void declare(Fuzz::Input& input, Zentu::CmdLineParser& parser, CmdLineModel& model)
 {
-    const QString description = plain(input.text());
-    if (input.number(4) == 0) {
+    const int kind = input.number(8);
+    QString description = plain(input.text());
+    if (kind < 2) {
         const QString name = plain(input.text());
         parser.addPositionalArgument(name, description);
         model.arguments.emplace_back(text(name), text(description));
         return;
     }
     const QStringList names = plainTexts(input, 4);
-    const QString value = valueName(input);
+    QString value = valueName(input);
     const int before = s_criticals;
-    if (names.size() == 1)
+    if (kind == 2) {
+        description = QStringLiteral("Show this help.");
+        value.clear();
+        parser.addHelpOption(names);
+    } else if (kind == 3) {
+        description = QStringLiteral("Show version information.");
+        value.clear();
+        parser.addVersionOption(names);
+    } else if (names.size() == 1)
         parser.addOption(names.first(), description, value);
     else
         parser.addOption(names, description, value);

@@ -11,8 +11,10 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <atomic>
 #include <deque>
 #include <memory>
+#include <thread>
 #include <vector>
 
 namespace {
@@ -159,6 +161,27 @@ void post()
     Fuzz::expect(s_model->deliveries.size() == depth, "deleted on return");
 }
 
+void postAndWait()
+{
+    // The thread of the bus cannot wait for itself, and in a delivery it is busy.
+    if (!s_model->deliveries.empty())
+        return;
+    // What is queued comes first, and another thread's event has its place behind it.
+    while (!s_model->queue.empty())
+        QCoreApplication::processEvents();
+    auto* const event = new Event(anyType());
+    s_model->queue.push_back(event);
+    std::atomic<bool> isDone{false};
+    std::thread poster([&] {
+        Zentu::EventManager::instance()->postEvent(event, Zentu::EventManager::BlockingQueued);
+        isDone = true;
+    });
+    while (!isDone)
+        QCoreApplication::processEvents();
+    poster.join();
+    Fuzz::expect(s_model->deliveries.empty(), "deleted when the wait is over");
+}
+
 void changeHandlers()
 {
     // Not from inside of a delivery, whose snapshot may hold the handler.
@@ -188,7 +211,7 @@ void checkSubscribers()
 
 void step()
 {
-    switch (s_input->number(8)) {
+    switch (s_input->number(9)) {
     case 0:
     case 1:
         subscribe();
@@ -210,6 +233,9 @@ void step()
         break;
     case 7:
         checkSubscribers();
+        break;
+    case 8:
+        postAndWait();
         break;
     }
 }

@@ -33,8 +33,8 @@ public:
         Auto = 0,   ///< At once in the manager's thread, otherwise queued to it.
         Direct = 1, ///< At once, in the caller's thread.
         Queued = 2, ///< Later, from the event loop of the manager's thread.
-        /// In the manager's thread while the caller waits. From the manager's own thread Qt refuses
-        /// with a warning of a deadlock; then the event is neither delivered nor deleted.
+        /// In the manager's thread while the caller waits. Not from the manager's own thread: Qt
+        /// warns of a deadlock and waits for itself, and the event is never delivered nor deleted.
         BlockingQueued = 3
     };
 

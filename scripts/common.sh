@@ -17,7 +17,7 @@ die() {
 # Installs the Debian packages that are missing, or prints the line that does.
 need() {
   local missing=() package
-  for package in "$@"; do
+  for package in $(printf '%s\n' "$@" | sort -u); do
     [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null)" = installed ] ||
       missing+=("$package")
   done
