@@ -120,6 +120,18 @@ Q_SIGNALS:
     void destroyed(QObject* object);
 };
 
+/// A proxy whose class has declared a slot anew.
+class ShadowProxy : public ProxyAction
+{
+    Q_OBJECT
+
+public:
+    int calls = 0;
+
+public Q_SLOTS:
+    void onBackendActionDestroyed(QObject* /*object*/) { ++calls; }
+};
+
 QString print(const QAction* action)
 {
     return printed(action);
@@ -188,6 +200,7 @@ private Q_SLOTS:
     void removalByContextReturnsTheAction();
     void removalOfAnUnknownContextReturnsNull();
     void dyingBackendIsDroppedWithoutADisconnect();
+    void derivedSlotsCount();
     void dyingBackendOfTwoContextsIsDroppedTwice();
     void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
@@ -961,6 +974,18 @@ void ProxyActionTest::derivedSignalsAndSlotsCount()
     QCOMPARE(proxy.text(), QStringLiteral("text"));
     Q_EMIT backend.destroyed(&backend);
     QVERIFY(!proxy.getBackendAction(A));
+}
+
+void ProxyActionTest::derivedSlotsCount()
+{
+    ShadowProxy proxy;
+    auto backend = std::make_unique<QAction>();
+    proxy.addBackendAction(backend.get(), A);
+    proxy.removeBackendAction(backend.get());
+    proxy.addBackendAction(backend.get(), A);
+    backend.reset();
+    QCOMPARE(proxy.calls, 1);
+    QVERIFY(proxy.getBackendAction(A));
 }
 
 void ProxyActionTest::dyingBackendOfTwoContextsIsDroppedTwice()

@@ -26,7 +26,7 @@ namespace wisp {
 /// A line as it was logged.
 struct Line
 {
-    int level;        ///< As it was passed to the logger
+    int level = 0;    ///< As it was passed to the logger
     std::string text; ///< Latin-1
 };
 
