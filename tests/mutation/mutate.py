@@ -31,6 +31,14 @@ TESTS = {
     "include/qlogstream.h": ["qlogstream", "trace_text"],
     "include/ievent.h": ["ievent", "event_mgr"],
     "include/lambda_slot.h": ["lambda_slot", "file_watcher"],
+    "src/link_p.h": ["proxy_action", "mdi_area", "object_pool", "action_mgr"],
+    "src/trace_p.h": ["trace_text", "event_mgr", "mdi_area", "option_dialog", "action_mgr"],
+    "src/cmdline_parser_p.h": ["cmdline_parser", "cmdline_parser_private", "cmdline_random"],
+    "src/mdi_area_p.h": ["mdi_area"],
+    "src/option_dlg_p.h": ["option_dialog"],
+    "include/mdi_area.h": ["mdi_sub_window", "mdi_area"],
+    "include/option_dlg.h": ["option_dialog", "option_page"],
+    "include/ievent_handler.h": ["ievent_handler", "event_mgr"],
     "src/action_mgr.cpp": ["action_mgr", "memory"],
     "src/cmdline_parser.cpp": ["cmdline_parser", "cmdline_parser_private", "cmdline_output",
                                "cmdline_random", "memory"],
@@ -116,22 +124,22 @@ def statements(lines):
             index += 1
 
 
-def bodies(lines):
+def bodies(lines, header):
     """For each line, whether it is inside of a function."""
     inside, result = False, []
-    for line in lines:
+    for before, line in zip([""] + lines, lines):
         if line.startswith("{"):
-            inside = True
+            inside = not (header and re.match(r"(class|struct|enum)\b", before))
         elif line.startswith("}"):
             inside = False
-        result.append(inside)
+        result.append(inside or (header and line.startswith(" " * 8)))
     return result
 
 
 def faults_of(file):
     lines = (TOP / file).read_text().splitlines()
     header = file.endswith(".h")
-    inside = [True] * len(lines) if header else bodies(lines)
+    inside = bodies(lines, header)
     found = []
 
     def add(index, length, kind, after):
@@ -140,7 +148,7 @@ def faults_of(file):
             found.append(Fault(file, index + 1, kind, before, after))
 
     for index, line in enumerate(lines):
-        if not inside[index] or not is_code(line) or "static const QMetaMethod" in line:
+        if not (inside[index] or header) or not is_code(line) or "static const QMetaMethod" in line:
             continue
         for kind, pattern, replacement in REPLACEMENTS:
             for match in re.finditer(pattern, line):
@@ -151,14 +159,13 @@ def faults_of(file):
                     else replacement(match)
                 add(index, 1, kind, line[:match.start()] + changed + line[match.end():])
 
-    if not header:
-        parts = [(i, n) for i, n in statements(lines) if inside[i]]
-        for index, length in parts:
-            add(index, length, "drop", "")
-        for (first, n), (second, m) in zip(parts, parts[1:]):
-            same_block = re.match(r" *", lines[first])[0] == re.match(r" *", lines[second])[0]
-            if first + n == second and same_block:
-                add(first, n + m, "swap", "\n".join(lines[second:second + m] + lines[first:first + n]))
+    parts = [(i, n) for i, n in statements(lines) if inside[i]]
+    for index, length in parts:
+        add(index, length, "drop", "")
+    for (first, n), (second, m) in zip(parts, parts[1:]):
+        same_block = re.match(r" *", lines[first])[0] == re.match(r" *", lines[second])[0]
+        if first + n == second and same_block:
+            add(first, n + m, "swap", "\n".join(lines[second:second + m] + lines[first:first + n]))
     return found
 
 
