@@ -9,9 +9,9 @@
 #include "ievent_handler.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 
 #include <algorithm>
-#include <atomic>
 #include <deque>
 #include <memory>
 #include <thread>
@@ -171,13 +171,12 @@ void postAndWait()
         QCoreApplication::processEvents();
     auto* const event = new Event(anyType());
     s_model->queue.push_back(event);
-    std::atomic<bool> isDone{false};
+    QEventLoop loop;
     std::thread poster([&] {
         Zentu::EventManager::instance()->postEvent(event, Zentu::EventManager::BlockingQueued);
-        isDone = true;
+        QMetaObject::invokeMethod(&loop, &QEventLoop::quit, Qt::QueuedConnection);
     });
-    while (!isDone)
-        QCoreApplication::processEvents();
+    loop.exec();
     poster.join();
     Fuzz::expect(s_model->deliveries.empty(), "deleted when the wait is over");
 }
