@@ -93,3 +93,13 @@ bool QMetaMethod::invoke(QObject* object, Qt::ConnectionType connectionType,
     return real(this, object, connectionType, returnValue, val0, val1, val2, val3, val4, val5, val6,
         val7, val8, val9);
 }
+
+bool QMetaObject::invokeMethodImpl(
+    QObject* object, QtPrivate::QSlotObjectBase* slot, Qt::ConnectionType type, void* result)
+{
+    using Invoke = bool(QObject*, QtPrivate::QSlotObjectBase*, Qt::ConnectionType, void*);
+    static const auto real = next<Invoke>("_ZN11QMetaObject16invokeMethodImplEP7QObject"
+                                          "PN9QtPrivate15QSlotObjectBaseEN2Qt14ConnectionTypeEPv");
+    __tsan_release(&s_queue);
+    return real(object, slot, type, result);
+}
