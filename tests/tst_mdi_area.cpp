@@ -174,6 +174,12 @@ private:
             (m_tabs->*receivers)(SIGNAL(customContextMenuRequested(QPoint)))};
     }
 
+    QString firstTabAfterRetitling(Document* document) const
+    {
+        document->setShortTitle(QStringLiteral("retitled"));
+        return m_tabs->tabText(0);
+    }
+
     QPoint centre(int tab) const { return m_tabs->tabRect(tab).center(); }
 
     std::unique_ptr<MdiArea> m_area;
@@ -707,9 +713,9 @@ void MdiAreaTest::tabBarIsNotHeardWhileTheAreaChangesIt()
     const auto compare = [&] {
         const QList<int> none{0, 0, 0};
         QVERIFY(!whileChanged.isEmpty());
-        QCOMPARE(whileChanged, QVector<QList<int>>(whileChanged.size(), none).toList());
+        QCOMPARE(whileChanged.count(none), whileChanged.size());
         QVERIFY(!whenCurrent.isEmpty());
-        QCOMPARE(whenCurrent, QVector<QList<int>>(whenCurrent.size(), once).toList());
+        QCOMPARE(whenCurrent.count(once), whenCurrent.size());
         whileChanged.clear();
         whenCurrent.clear();
     };
@@ -852,23 +858,17 @@ void MdiAreaTest::titleIsFollowedBeforeTheCloseIsHeard()
 {
     auto* const document = new Document(QStringLiteral("a"));
     QStringList tabs;
-    document->onConnected = [&] {
-        document->setShortTitle(QStringLiteral("b"));
-        tabs.append(m_tabs->tabText(0));
-    };
+    document->onConnected = [&] { tabs.append(firstTabAfterRetitling(document)); };
     m_area->addWindow(document);
     document->onConnected = {};
-    QCOMPARE(tabs, QStringList(QStringLiteral("b")));
+    QCOMPARE(tabs, QStringList(QStringLiteral("retitled")));
 }
 
 void MdiAreaTest::titleIsNotFollowedWhenTheCloseIsNotHeardAnyMore()
 {
     Document* const document = add("a");
     QStringList tabs;
-    document->onDisconnected = [&] {
-        document->setShortTitle(QStringLiteral("b"));
-        tabs.append(m_tabs->tabText(0));
-    };
+    document->onDisconnected = [&] { tabs.append(firstTabAfterRetitling(document)); };
     m_area->removeWindow(document);
     document->onDisconnected = {};
     QVERIFY(!tabs.isEmpty());

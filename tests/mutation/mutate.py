@@ -274,7 +274,8 @@ def main():
     options = parser.parse_args()
     options.folder = options.folder.resolve()
 
-    faults = [f for f in all_faults() if not options.file or f.file in options.file]
+    every = all_faults()
+    faults = [f for f in every if not options.file or f.file in options.file]
     if options.sample and options.sample < len(faults):
         print(f"seed {options.seed}")
         faults = random.Random(options.seed).sample(faults, options.sample)
@@ -284,7 +285,7 @@ def main():
 
     faults.sort(key=lambda fault: fault.file)
     known = equivalents()
-    stale = known.keys() - {fault.name for fault in all_faults()}
+    stale = known.keys() - {fault.name for fault in every}
     for name in sorted(stale):
         print(f"listed, but no fault: {name}")
     lock = threading.Lock()
