@@ -2,9 +2,11 @@
 # SPDX-License-Identifier: MIT
 """Applies small faults to the library, one at a time, and sees whether a test notices.
 
-The faults are made from the code itself: statements dropped or swapped with their neighbour,
-conditions turned, numbers off by one, texts changed, lines sent to the wrong channel, order of lists
-turned round. Each is built in a copy of the tree and tried against the tests of its family.
+The faults are made from the code itself: statements dropped, swapped with their neighbour or moved
+over a loop, conditions turned, weakened or made to hold for ever, functions left at once, numbers
+off by one, one for many, a neighbouring property, loops over a copy or over the original, texts
+changed, lines sent to the wrong channel, order of lists turned round. Each is built in a copy of the
+tree and tried against the tests of its family.
 
     mutate.py --list                   the faults, one a line
     mutate.py --sample 20 --seed 7     a random sample
@@ -68,6 +70,12 @@ class Fault:
         return f"{self.file}:{self.kind}:{' '.join(self.before.split())} => {' '.join(self.after.split())}"
 
 
+# A property of the same type that often has the same value.
+NEIGHBOUR = {"text": "iconText", "iconText": "text", "toolTip": "text", "statusTip": "toolTip",
+             "whatsThis": "statusTip", "isEnabled": "isVisible", "isVisible": "isEnabled",
+             "isChecked": "isCheckable", "isCheckable": "isChecked",
+             "windowTitle": "windowIconText", "data": "property(\"data\").value<QVariant>"}
+
 REPLACEMENTS = [
     ("condition", r"==", "!="),
     ("condition", r"!=", "=="),
@@ -90,6 +98,17 @@ REPLACEMENTS = [
     ("order", r"\.prepend\(", ".append("),
     ("order", r"\.append\(", ".prepend("),
     ("order", r"\bcontexts \+ d->globalContexts", "globalContexts + d->contexts"),
+    ("guard", r"(?<=if )\((.*)\)(?=( \{)?$)", r"((\1) && false)"),
+    ("guard", r"(?<=if )\((.*)\)(?=( \{)?$)", r"((\1) || true)"),
+    ("guard", r"(?<=while )\((.*)\)(?=( \{)?$)", r"((\1) && false)"),
+    ("guard", r"(?<=^    return )([^\"]* (?:&&|\|\||==|!=) [^\"]*)(?=;$)", r"(\1) && false"),
+    ("one", r"(\w+)->shortcuts\(\)", r"QList<QKeySequence>{\1->shortcut()}"),
+    ("one", r"setShortcut\((\w+)->shortcut\(\)\)", r"setShortcuts(\1->shortcuts())"),
+    ("one", r"\.(f|constF)irst\(\)", lambda m: ".last()" if m.group(1) == "f" else ".constLast()"),
+    ("one", r"\.(l|constL)ast\(\)", lambda m: ".first()" if m.group(1) == "l" else ".constFirst()"),
+    ("getter", r"->(text|iconText|toolTip|statusTip|whatsThis|isEnabled|isVisible|isChecked|isCheckable"
+     r"|windowTitle|data)\(\)", lambda m: f"->{NEIGHBOUR[m.group(1)]}()"),
+    ("copy", r"^( *for \(.* : )(.+)(?=\)( \{)?$)", r"\1std::decay_t<decltype(\2)>(\2)"),
     ("text", r"\"([^\"\\\n]*[a-z>:][^\"\\\n]*)\"", lambda m: f'"{m.group(1)}~"'),
 ]
 
@@ -136,6 +155,29 @@ def bodies(lines, header):
     return result
 
 
+def loops(lines):
+    """The loops as (first line, number of lines)."""
+    for index, line in enumerate(lines):
+        match = re.match(r"( +)(for|while) \(.*(\{)?$", line)
+        if not match:
+            continue
+        if not line.endswith("{"):
+            yield index, 2
+            continue
+        end = next((i for i in range(index, len(lines)) if lines[i] == match.group(1) + "}"), None)
+        if end:
+            yield index, end - index + 1
+
+
+def without_copy(lines):
+    """Loops over a copy that was taken the line before, as (line, what goes over the original)."""
+    for index, (before, line) in enumerate(zip(lines, lines[1:])):
+        taken = re.match(r" +const [\w<>:*& ]+ (\w+)(?: = |\()(.*?)\)?;$", before)
+        loop = re.match(r"( +for \(.* : )(\w+)(\).*)$", line)
+        if taken and loop and taken.group(1) == loop.group(2):
+            yield index, f"{loop.group(1)}{taken.group(2)}{loop.group(3)}"
+
+
 def faults_of(file):
     lines = (TOP / file).read_text().splitlines()
     header = file.endswith(".h")
@@ -166,6 +208,19 @@ def faults_of(file):
         same_block = re.match(r" *", lines[first])[0] == re.match(r" *", lines[second])[0]
         if first + n == second and same_block:
             add(first, n + m, "swap", "\n".join(lines[second:second + m] + lines[first:first + n]))
+    for first, n in loops(lines):
+        for second, m in parts:
+            if re.match(r" *", lines[first])[0] != re.match(r" *", lines[second])[0]:
+                continue
+            if first + n == second or second + m == first:
+                one, other = sorted([(first, n), (second, m)])
+                add(one[0], n + m, "loop",
+                    "\n".join(lines[other[0]:sum(other)] + lines[one[0]:sum(one)]))
+    for index, changed in without_copy(lines):
+        add(index, 2, "copy", changed)
+    for index, (before, line) in enumerate(zip(lines, lines[1:])):
+        if line == "{" and re.match(r"(static )?void |\w+::~?\w+\(", before):
+            add(index, 2, "return", f"{before}\n{{\n    return;")
     return found
 
 
