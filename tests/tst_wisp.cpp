@@ -8,14 +8,19 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
+#include <functional>
 #include <new>
+#include <stdexcept>
 #include <thread>
 
 namespace {
 
 std::atomic<int> s_allocations{0};
+std::atomic<std::size_t> s_bytesInUse{0};
 
 void log(const QByteArray& text, int level = 1)
 {
@@ -73,19 +78,22 @@ Result runChild(const QString& target)
 void* operator new(std::size_t size)
 {
     ++s_allocations;
-    if (void* memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
+    void* const memory = std::malloc(size);
+    if (!memory)
+        throw std::bad_alloc();
+    s_bytesInUse += malloc_usable_size(memory);
+    return memory;
 }
 
 void operator delete(void* memory) noexcept
 {
+    s_bytesInUse -= malloc_usable_size(memory);
     std::free(memory);
 }
 
 void operator delete(void* memory, std::size_t /*size*/) noexcept
 {
-    std::free(memory);
+    operator delete(memory);
 }
 
 class WispTest : public QObject
@@ -103,7 +111,13 @@ private Q_SLOTS:
     void sinkReceivesEachLine();
     void sinkMayLogWithoutHearingItself();
     void sinkEndsWhenAnotherIsSet();
+    void addedSinksAreCalledInOrder();
+    void sinkMayAddAndRemoveSinks();
+    void sinkThatThrowsIsCalledAgain();
+    void longLinesAreBoundedTogether();
+    void clearingReleasesTheMemory();
     void linesComeFromAllThreads();
+    void sinksChangeWhileOthersLog();
     void lineCostsNoAllocationOnceTheRingIsFull();
     void traceGoesToStandardError();
     void traceGoesToAFile();
@@ -201,6 +215,127 @@ void WispTest::sinkEndsWhenAnotherIsSet()
     QCOMPARE(second, 1);
 }
 
+/// Sinks that write down who heard what.
+struct Listener
+{
+    static void hear(int level, const char* text, void* context)
+    {
+        const auto* self = static_cast<Listener*>(context);
+        self->heard->append(self->name + QByteArray::number(level) + text);
+        if (self->then)
+            self->then();
+    }
+
+    QByteArray name;
+    QList<QByteArray>* heard;
+    std::function<void()> then;
+};
+
+void WispTest::addedSinksAreCalledInOrder()
+{
+    QList<QByteArray> heard;
+    Listener a{"a", &heard, {}};
+    Listener b{"b", &heard, {}};
+    Listener set{"set", &heard, {}};
+    const int first = wisp::addSink(&Listener::hear, &a);
+    const int second = wisp::addSink(&Listener::hear, &b);
+    const int again = wisp::addSink(&Listener::hear, &a);
+    QVERIFY(first != 0 && second != 0 && first != second && second != again);
+    wisp::setSink(&Listener::hear, &set);
+    log("x", 3);
+    QCOMPARE(heard, QList<QByteArray>({"set3x", "a3x", "b3x", "a3x"}));
+
+    heard.clear();
+    wisp::removeSink(first);
+    wisp::removeSink(first);
+    wisp::removeSink(0); // the one that was set has no number
+    wisp::removeSink(wisp::addSink(nullptr) + 100);
+    log("y");
+    QCOMPARE(heard, QList<QByteArray>({"set1y", "b1y", "a1y"}));
+
+    heard.clear();
+    wisp::setSink(nullptr);
+    wisp::removeSink(second);
+    wisp::removeSink(again);
+    log("z");
+    QVERIFY(heard.isEmpty());
+}
+
+void WispTest::sinkMayAddAndRemoveSinks()
+{
+    QList<QByteArray> heard;
+    int later = 0;
+    int added = 0;
+    int own = 0;
+    Listener isNew{"new", &heard, {}};
+    Listener isRemoved{"removed", &heard, {}};
+    Listener last{"last", &heard, {}};
+    Listener set{"set", &heard, {}};
+    Listener changes{"changes", &heard, [&] {
+                         wisp::removeSink(own);
+                         wisp::removeSink(later);
+                         added = wisp::addSink(&Listener::hear, &isNew);
+                         wisp::setSink(&Listener::hear, &set);
+                     }};
+    own = wisp::addSink(&Listener::hear, &changes);
+    later = wisp::addSink(&Listener::hear, &isRemoved);
+    const int stays = wisp::addSink(&Listener::hear, &last);
+    log("x");
+    log("y");
+    wisp::removeSink(added);
+    wisp::removeSink(stays);
+    QCOMPARE(heard, QList<QByteArray>({"changes1x", "last1x", "set1y", "last1y", "new1y"}));
+}
+
+void WispTest::sinkThatThrowsIsCalledAgain()
+{
+    QList<QByteArray> heard;
+    Listener throws{"throws", &heard, [] { throw std::runtime_error("once"); }};
+    const int number = wisp::addSink(&Listener::hear, &throws);
+    QVERIFY_EXCEPTION_THROWN(log("x"), std::runtime_error);
+    throws.then = {};
+    log("y");
+    wisp::removeSink(number);
+    QCOMPARE(heard, QList<QByteArray>({"throws1x", "throws1y"}));
+    QCOMPARE(recorded(), QList<QByteArray>({"x", "y"}));
+}
+
+void WispTest::longLinesAreBoundedTogether()
+{
+    const std::size_t before = s_bytesInUse;
+    const std::size_t bound = wisp::RecordedCharacters + wisp::RecordedCharacters / 4;
+    QByteArray line(1024 * 1024, 'x');
+    for (char c = '0'; c < '0' + 60; ++c) {
+        line[0] = c;
+        log(line);
+    }
+    QVERIFY(s_bytesInUse - before < bound);
+    QCOMPARE(recorded().size(), 16);
+    QCOMPARE(recorded().first().at(0), char('0' + 44));
+    QCOMPARE(recorded().last(), line);
+
+    // Their slots do not stay large.
+    for (int i = 0; i < 20000; ++i)
+        log("short");
+    QCOMPARE(recorded().size(), 10000);
+    QVERIFY(s_bytesInUse - before < 1024 * 1024);
+
+    log(QByteArray(int(wisp::RecordedCharacters) + 1, 'l'));
+    QCOMPARE(recorded().size(), 1);
+    log("next");
+    QCOMPARE(recorded(), QList<QByteArray>({"next"}));
+}
+
+void WispTest::clearingReleasesTheMemory()
+{
+    const std::size_t before = s_bytesInUse;
+    for (int i = 0; i < 10000; ++i)
+        log(QByteArray(1000, 'x'));
+    QVERIFY(s_bytesInUse - before > 9000000);
+    wisp::clearRecordedLines();
+    QVERIFY(s_bytesInUse - before < 1000000);
+}
+
 void WispTest::linesComeFromAllThreads()
 {
     struct Overlap
@@ -233,6 +368,25 @@ void WispTest::linesComeFromAllThreads()
     QCOMPARE(lines.size(), 4000);
     for (int t = 0; t < 4; ++t)
         QCOMPARE(lines.count(QByteArray::number(t)), 1000);
+}
+
+void WispTest::sinksChangeWhileOthersLog()
+{
+    std::atomic<bool> done{false};
+    std::thread logs([&done] {
+        while (!done)
+            log("x");
+    });
+    const wisp::Sink count = [](int, const char*, void* context) { ++*static_cast<int*>(context); };
+    for (int i = 0; i < 1000; ++i) {
+        int calls = 0; // gone when the sink is removed
+        const int number = wisp::addSink(count, &calls);
+        while (i == 0 && recorded().size() < 10)
+            std::this_thread::yield();
+        wisp::removeSink(number);
+    }
+    done = true;
+    logs.join();
 }
 
 void WispTest::lineCostsNoAllocationOnceTheRingIsFull()

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <map>
 #include <mutex>
 
 namespace wisp {
@@ -28,46 +29,76 @@ public:
     void log(int level, const char* text)
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
-        // A slot keeps its memory, so a line costs one copy and, once the ring is full of lines
-        // of its length, nothing else.
-        Line& line = ring[next % RecordedLines];
-        ++next;
-        line.level = level;
-        line.text = text;
-
+        remember(level, text);
         if (file)
             write(level, text);
-        if (sink && !sinkIsRunning) {
-            sinkIsRunning = true;
-            sink(level, text, sinkContext);
-            sinkIsRunning = false;
-        }
+        if (!sinksAreRunning)
+            tellSinks(level, text);
     }
 
     std::vector<Line> lines()
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
         std::vector<Line> result;
-        result.reserve(next - first());
-        for (std::size_t i = first(); i < next; ++i)
-            result.push_back(ring[i % RecordedLines]);
+        result.reserve(next - first);
+        for (std::size_t i = first; i < next; ++i)
+            result.push_back(slot(i));
         return result;
     }
 
     void clear()
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
-        next = 0;
+        ring = std::vector<Line>(RecordedLines);
+        first = next = characters = 0;
     }
 
-    void setSink(Sink newSink, void* context)
+    void setSink(Sink sink, void* context)
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
-        sink = newSink;
-        sinkContext = context;
+        if (sink)
+            sinks[0] = {sink, context};
+        else
+            sinks.erase(0);
+    }
+
+    int addSink(Sink sink, void* context)
+    {
+        const std::lock_guard<std::recursive_mutex> guard(mutex);
+        if (sink)
+            sinks[++lastNumber] = {sink, context};
+        return lastNumber;
+    }
+
+    void removeSink(int number)
+    {
+        const std::lock_guard<std::recursive_mutex> guard(mutex);
+        if (number != 0)
+            sinks.erase(number);
     }
 
 private:
+    struct Listener
+    {
+        Sink sink;
+        void* context;
+    };
+
+    /// Holds a flag, also while a sink throws.
+    struct Running
+    {
+        explicit Running(bool& running)
+            : flag(running)
+        {
+            flag = true;
+        }
+        ~Running() { flag = false; }
+        Running(const Running&) = delete;
+        Running& operator=(const Running&) = delete;
+
+        bool& flag;
+    };
+
     static std::FILE* openTraceFile()
     {
         const char* const target = std::getenv("WISP_TRACE");
@@ -84,7 +115,43 @@ private:
         return opened;
     }
 
-    std::size_t first() const { return next > RecordedLines ? next - RecordedLines : 0; }
+    Line& slot(std::size_t i) { return ring[i % RecordedLines]; }
+
+    // A slot keeps its memory unless it is large, so a line costs one copy and, once the ring is
+    // full of lines of its length, nothing else.
+    void remember(int level, const char* text)
+    {
+        const std::size_t length = std::strlen(text);
+        while (first < next
+            && (next - first == RecordedLines || characters + length > RecordedCharacters))
+            forgetOldest();
+        Line& line = slot(next++);
+        line.level = level;
+        line.text.assign(text, length);
+        characters += length;
+    }
+
+    void forgetOldest()
+    {
+        constexpr std::size_t large = 1024;
+        std::string& text = slot(first++).text;
+        characters -= text.size();
+        if (text.size() > large)
+            std::string().swap(text);
+    }
+
+    // By numbers and not by iterators, as each sink may change the sinks.
+    void tellSinks(int level, const char* text)
+    {
+        const Running running(sinksAreRunning);
+        const int last = lastNumber;
+        for (auto it = sinks.begin(); it != sinks.end() && it->first <= last;) {
+            const int number = it->first;
+            const Listener listener = it->second;
+            listener.sink(level, text, listener.context);
+            it = sinks.upper_bound(number);
+        }
+    }
 
     void write(int level, const char* text) const
     {
@@ -101,11 +168,14 @@ private:
     // Recursive, because a sink may log.
     std::recursive_mutex mutex;
     std::vector<Line> ring;
+    std::size_t first = 0;
     std::size_t next = 0;
+    std::size_t characters = 0;
     std::FILE* file;
-    Sink sink = nullptr;
-    void* sinkContext = nullptr;
-    bool sinkIsRunning = false;
+    // The set one has the number 0.
+    std::map<int, Listener> sinks;
+    int lastNumber = 0;
+    bool sinksAreRunning = false;
 };
 
 // Created by the first line, whoever writes it, and never destroyed: objects of static storage may
@@ -142,6 +212,16 @@ void clearRecordedLines()
 void setSink(Sink sink, void* context)
 {
     recorder().setSink(sink, context);
+}
+
+int addSink(Sink sink, void* context)
+{
+    return recorder().addSink(sink, context);
+}
+
+void removeSink(int number)
+{
+    recorder().removeSink(number);
 }
 
 } // namespace wisp
