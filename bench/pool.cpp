@@ -25,7 +25,7 @@ public Q_SLOTS:
     void onDestroyed(QObject* object) { forget(object); }
 };
 
-template <typename Line, bool ByName = false, bool AsksSender = false>
+template <typename Line, bool ByName = false>
 class Pool : public PoolBase
 {
 public:
@@ -48,11 +48,7 @@ public:
 
     void forget(QObject* object) override
     {
-        const QObject* const self = this;
-        if (!AsksSender || sender() == object)
-            Line() << self << "object destoryed:" << object;
-        else
-            Line() << self << "object destoryed:" << static_cast<const void*>(object);
+        Line() << static_cast<const QObject*>(this) << "object destoryed:" << object;
         const QWriteLocker locker(&lock);
         objects.removeAll(object);
     }
@@ -91,7 +87,6 @@ void addPoolRows()
     add(row, "zentu", sizes, addAndDestroy<Zentu::ObjectPool>)->UseManualTime();
     add(row, "core", sizes, addAndDestroy<Pool<NoLine>>)->UseManualTime();
     add(row, "hand", sizes, addAndDestroy<Pool<HandLine>>)->UseManualTime();
-    add(row, "hand, safe", sizes, addAndDestroy<Pool<HandLine, false, true>>)->UseManualTime();
     add(row, "plain", sizes, addAndDestroy<Pool<PlainLine, true>>)->UseManualTime();
 }
 

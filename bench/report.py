@@ -45,8 +45,7 @@ TITLES = {
     "command line": ("Command line", "Sizes are arguments × options for parsing, options for help."),
     "documents": ("Document area", "Sizes are open documents."),
     "options": ("Options dialog", "Sizes are pages, in one group or five levels deep."),
-    "pool": ("Object pool", "Sizes are objects. `hand, safe` is `hand` that reads a destroyed object "
-             "only if `QObject::sender()` tells that it is still there."),
+    "pool": ("Object pool", "Sizes are objects."),
 }
 
 

@@ -23,16 +23,22 @@ namespace Zentu {
  * @endcode
  *
  * All operations may be called from any thread, once instance() has been called in the GUI thread.
- * The destruction of an object that lives in another thread reaches the pool through the event loop
- * of the pool's thread.
+ * The pool hears at once of an object that is destroyed in the thread of the pool. Of one that is
+ * destroyed in another thread it hears through its event loop; until then the object is listed,
+ * but gone. Threads that delete what they publish therefore call removeObject() first: allObjects()
+ * would give others a dead object, and removeObject() and clear() would read it.
+ *
+ * The lines of the trace have the names of the pool and of the objects. These must not be changed
+ * in one thread while another one uses the pool; give names before you publish.
  */
 class ZENTU_EXPORT ObjectPool : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The pool, created by the first call, which must come before other threads use the pool.
-    /// Never deleted by the library.
+    /// The pool, created by the first call, which must come before other threads use the pool. It
+    /// belongs to the thread of that call. Never deleted by the library, and not to be deleted by
+    /// a host: later calls would return the dead pool.
     static ObjectPool* instance();
 
     /// Creates an empty pool that instance() does not know. Hosts use instance().
@@ -42,17 +48,17 @@ public:
     ~ObjectPool() override;
 
     /// Appends @p obj. If it is listed, warns "add object:" ... "already exists" and changes
-    /// nothing.
+    /// nothing. A null pointer is listed like any other; Qt warns that it cannot be connected.
     void addObject(QObject* obj);
 
-    /// Removes @p obj. If it is not listed, warns "remove object:" ... "not found" and changes
-    /// nothing.
+    /// Removes @p obj, which must still be there. If it is not listed, warns "remove object:" ...
+    /// "not found" and changes nothing.
     void removeObject(QObject* obj);
 
     /// The listed objects in the order in which they were added; a copy.
     QList<QObject*> allObjects();
 
-    /// Forgets every object; they are left alive.
+    /// Forgets every object; they are left alive, and must all still be there.
     void clear();
 
 private Q_SLOTS:

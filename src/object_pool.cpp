@@ -1,14 +1,43 @@
 // SPDX-License-Identifier: MIT
 #include "object_pool.h"
 
-#include "link_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
+#include <QEvent>
 #include <QReadLocker>
+#include <QScopedValueRollback>
 #include <QWriteLocker>
 
 namespace Zentu {
+
+// The pool whose queued call runs in this thread.
+static thread_local const QObject* s_inQueuedCall = nullptr;
+
+namespace {
+
+/// Tells a call of the pool's slot that was queued from one that an object's destructor makes.
+class QueuedCalls : public QObject
+{
+public:
+    explicit QueuedCalls(ObjectPool* pool)
+        : QObject(pool)
+    {
+        pool->installEventFilter(this);
+    }
+
+    // As the first filter it is the last one asked, so that what Qt would do next is done here.
+    bool eventFilter(QObject* pool, QEvent* event) override
+    {
+        if (event->type() != QEvent::MetaCall)
+            return false;
+        const QScopedValueRollback<const QObject*> guard(s_inQueuedCall, pool);
+        pool->event(event);
+        return true;
+    }
+};
+
+} // namespace
 
 ObjectPool* ObjectPool::s_instance = nullptr;
 
@@ -19,15 +48,15 @@ ObjectPool* ObjectPool::instance()
     return s_instance;
 }
 
-ObjectPool::ObjectPool() = default;
+ObjectPool::ObjectPool()
+{
+    new QueuedCalls(this);
+}
 
 ObjectPool::~ObjectPool() = default;
 
 void ObjectPool::addObject(QObject* obj)
 {
-    static const Link<QObject, ObjectPool> destroyed(
-        SIGNAL(destroyed(QObject*)), SLOT(onObjectDestroyed(QObject*)));
-
     const QWriteLocker locker(&lock);
     if (objects.contains(obj)) {
         qWarning() << this << "add object:" << obj << "already exists";
@@ -35,7 +64,7 @@ void ObjectPool::addObject(QObject* obj)
     }
     Trace() << this << "add object:" << obj;
     objects.append(obj);
-    destroyed.connect(obj, this);
+    connect(obj, SIGNAL(destroyed(QObject*)), this, SLOT(onObjectDestroyed(QObject*)));
 }
 
 void ObjectPool::removeObject(QObject* obj)
@@ -70,9 +99,9 @@ void ObjectPool::onObjectDestroyed(QObject* obj)
     {
         Trace line;
         line << this << "object destoryed:";
-        // An object of another thread is gone, or about to go, when its signal arrives through the
-        // event loop: nothing but the address is left to print.
-        if (sender() == obj && obj->thread() == thread())
+        // An object that was destroyed in another thread is gone, or about to go, when its signal
+        // arrives through the event loop: nothing but the address is left to print.
+        if (s_inQueuedCall != this)
             line << obj;
         else
             line << ("QObject(0x" + QByteArray::number(reinterpret_cast<quintptr>(obj), 16) + ')')

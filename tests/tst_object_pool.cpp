@@ -84,7 +84,13 @@ private Q_SLOTS:
     void destroyedObjectIsNotDisconnected();
     void dyingPoolLeavesItsObjectsAlone();
     void objectOfAnotherThreadIsPrintedByItsAddress();
+    void objectThatIsStillDyingIsPrintedByItsAddress_data();
     void objectThatIsStillDyingIsPrintedByItsAddress();
+    void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName_data();
+    void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName();
+    void objectDeletedAfterAQueuedCallIsPrintedWithItsName();
+    void slotCalledByNameTakesNull_data();
+    void slotCalledByNameTakesNull();
     void deadSingletonIsStillReturned();
 };
 
@@ -357,28 +363,101 @@ void ObjectPoolTest::objectOfAnotherThreadIsPrintedByItsAddress()
             + QLatin1String(") "))));
 }
 
+void ObjectPoolTest::objectThatIsStillDyingIsPrintedByItsAddress_data()
+{
+    QTest::addColumn<bool>("livesThere");
+    QTest::newRow("in its own thread") << true;
+    QTest::newRow("in a thread that it does not live in") << false;
+}
+
 // It is still there when the pool hears of it, but not to be read any more.
 void ObjectPoolTest::objectThatIsStillDyingIsPrintedByItsAddress()
 {
+    QFETCH(bool, livesThere);
     ObjectPool pool;
-    QThread thread;
     auto* object = new QObject;
     object->setObjectName(QStringLiteral("dying"));
     const QString address = printed(static_cast<const void*>(object));
     pool.addObject(object);
     QSemaphore heard;
     connect(object, &QObject::destroyed, [&] { heard.tryAcquire(1, 10000); });
-    object->moveToThread(&thread);
+    const std::unique_ptr<QThread> thread(QThread::create([=] { delete object; }));
+    if (livesThere)
+        object->moveToThread(thread.get());
     Recorder recorder;
-    object->deleteLater();
-    thread.start();
+    thread->start();
     QTRY_VERIFY(pool.allObjects().isEmpty());
     heard.release();
-    thread.quit();
-    QVERIFY(thread.wait());
+    QVERIFY(thread->wait());
     QCOMPARE(recorder.take(),
         QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(") + address
             + QLatin1String(") "))));
+}
+
+void ObjectPoolTest::objectDeletedInTheThreadOfThePoolIsPrintedWithItsName_data()
+{
+    QTest::addColumn<bool>("hasThread");
+    QTest::newRow("its thread has ended") << true;
+    QTest::newRow("it has no thread") << false;
+}
+
+void ObjectPoolTest::objectDeletedInTheThreadOfThePoolIsPrintedWithItsName()
+{
+    QFETCH(bool, hasThread);
+    ObjectPool pool;
+    auto object = std::make_unique<QObject>();
+    object->setObjectName(QStringLiteral("worker"));
+    const QString line = trace(print(&pool) + QLatin1String(" object destoryed: ")
+        + print(object.get()) + QLatin1Char(' '));
+    pool.addObject(object.get());
+    QThread thread;
+    thread.start();
+    object->moveToThread(hasThread ? &thread : nullptr);
+    thread.quit();
+    QVERIFY(thread.wait());
+    Recorder recorder;
+    object.reset();
+    QCOMPARE(recorder.take(), QStringList(line));
+    QVERIFY(pool.allObjects().isEmpty());
+}
+
+// Whatever the queued call was, it is over.
+void ObjectPoolTest::objectDeletedAfterAQueuedCallIsPrintedWithItsName()
+{
+    ObjectPool pool;
+    auto object = std::make_unique<QObject>();
+    object->setObjectName(QStringLiteral("late"));
+    pool.addObject(object.get());
+    bool called = false;
+    QMetaObject::invokeMethod(
+        &pool, [&] { called = true; }, Qt::QueuedConnection);
+    QTRY_VERIFY(called);
+    const QString line = trace(print(&pool) + QLatin1String(" object destoryed: ")
+        + print(object.get()) + QLatin1Char(' '));
+    Recorder recorder;
+    object.reset();
+    QCOMPARE(recorder.take(), QStringList(line));
+}
+
+void ObjectPoolTest::slotCalledByNameTakesNull_data()
+{
+    QTest::addColumn<Qt::ConnectionType>("type");
+    QTest::newRow("direct") << Qt::DirectConnection;
+    QTest::newRow("queued") << Qt::QueuedConnection;
+}
+
+void ObjectPoolTest::slotCalledByNameTakesNull()
+{
+    QFETCH(Qt::ConnectionType, type);
+    ObjectPool pool;
+    Recorder recorder;
+    pool.addObject(nullptr);
+    recorder.clear();
+    QVERIFY(QMetaObject::invokeMethod(
+        &pool, "onObjectDestroyed", type, Q_ARG(QObject*, static_cast<QObject*>(nullptr))));
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+    QCOMPARE(recorder.take(),
+        QStringList(trace(print(&pool) + QLatin1String(" object destoryed: QObject(0x0) "))));
 }
 
 void ObjectPoolTest::derivedSignalIsTheOneThatCounts()

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include "object_pool.h"
 
+#include "recorder.h"
+
+#include <QCoreApplication>
 #include <QTest>
 #include <QThread>
 
@@ -18,6 +21,7 @@ class ObjectPoolThreadsTest : public QObject
 private Q_SLOTS:
     void objectsComeAndGoInAllThreads();
     void objectsDieInTheirOwnThreads();
+    void objectsDieInAnotherThreadWhileThePoolHearsOfIt();
     void poolIsClearedWhileObjectsDie();
 };
 
@@ -74,6 +78,26 @@ void ObjectPoolThreadsTest::objectsDieInTheirOwnThreads()
         thread.join();
     QCOMPARE(pool.allObjects().size(), Threads * Objects);
     // What died is told by the event loop of this thread, which prints the addresses of the dead.
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+}
+
+// Each is told of while it is destroyed: the pool must not look at it any more.
+void ObjectPoolThreadsTest::objectsDieInAnotherThreadWhileThePoolHearsOfIt()
+{
+    const Support::Recorder recorder; // An address can be added again before its end was heard of.
+    ObjectPool pool;
+    std::atomic<bool> done{false};
+    std::thread thread([&] {
+        for (int i = 0; i < 2000; ++i) {
+            const auto object = std::make_unique<QObject>();
+            object->setObjectName(QStringLiteral("object %1").arg(i));
+            pool.addObject(object.get());
+        }
+        done = true;
+    });
+    while (!done)
+        QCoreApplication::processEvents();
+    thread.join();
     QTRY_VERIFY(pool.allObjects().isEmpty());
 }
 
