@@ -9,7 +9,7 @@ set(templates "${PROJECT_SOURCE_DIR}/cmake/templates")
 
 set(libraries ZentuKit)
 if(NOT ZENTU_WISP_LIBRARY)
-  list(APPEND libraries wisp)
+  list(APPEND libraries zentu_wisp)
 endif()
 foreach(library IN LISTS libraries)
   target_include_directories(${library} INTERFACE

@@ -1,5 +1,8 @@
 # Warnings for our own code. Qt's headers are system headers, so they are not judged by them.
 function(zentu_warnings target)
+  if(NOT ZENTU_IS_TOP_LEVEL)
+    return() # A host may treat the warnings of its build as errors.
+  endif()
   target_compile_options(${target} PRIVATE
     -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsuggest-override -Wold-style-cast
     $<$<BOOL:${ZENTU_WARNINGS_AS_ERRORS}>:-Werror>)
