@@ -63,9 +63,40 @@ if(TARGET zentu-workbench)
     DESTINATION "${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps" COMPONENT workbench)
 endif()
 
+# What a program is begun with. In the tree the command finds the template among the examples.
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/new-host"
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/ZentuKit" COMPONENT development)
+file(RELATIVE_PATH template
+  "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_DATADIR}/ZentuKit/new-host")
+file(READ "${PROJECT_SOURCE_DIR}/scripts/new-host" command)
+string(REPLACE "../examples/new-host" "${template}" command "${command}")
+file(WRITE "${PROJECT_BINARY_DIR}/zentu-new-host" "${command}")
+install(PROGRAMS "${PROJECT_BINARY_DIR}/zentu-new-host"
+  DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT development)
+
+# The pages lie beside each other as they do in the tree, so that their links hold.
 set(documents "${CMAKE_INSTALL_DATADIR}/doc")
-install(FILES LICENSE CHANGELOG.md DESTINATION "${documents}/libzentukit" COMPONENT runtime)
-install(FILES LICENSE README.md DESTINATION "${documents}/libzentukit-dev" COMPONENT development)
+set(ZENTU_QCH "" CACHE FILEPATH "The zentukit.qch of scripts/docs, to be installed")
+install(FILES CHANGELOG.md DESTINATION "${documents}/libzentukit" COMPONENT runtime)
+install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE ${ZENTU_QCH}
+  DESTINATION "${documents}/libzentukit-dev" COMPONENT development)
+install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT development
+  FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
+  PATTERN man EXCLUDE PATTERN abi EXCLUDE)
+install(DIRECTORY examples/guide DESTINATION "${documents}/libzentukit-dev/examples"
+  COMPONENT development FILES_MATCHING PATTERN "*.cpp")
+
+# Compressed, as Debian has them and every man program reads them.
+function(zentu_install_compressed file name destination component)
+  set(compressed "${PROJECT_BINARY_DIR}/compressed")
+  file(MAKE_DIRECTORY "${compressed}")
+  file(ARCHIVE_CREATE OUTPUT "${compressed}/${name}" PATHS "${file}"
+    FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+  install(FILES "${compressed}/${name}" DESTINATION "${destination}" COMPONENT ${component})
+endfunction()
+zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-new-host.1" zentu-new-host.1.gz
+  "${CMAKE_INSTALL_MANDIR}/man1" development)
 if(TARGET zentu-workbench)
-  install(FILES LICENSE DESTINATION "${documents}/zentu-workbench" COMPONENT workbench)
+  zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-workbench.1" zentu-workbench.1.gz
+    "${CMAKE_INSTALL_MANDIR}/man1" workbench)
 endif()

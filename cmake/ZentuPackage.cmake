@@ -3,7 +3,8 @@
 set(CPACK_PACKAGE_NAME zentukit)
 set(CPACK_PACKAGE_VENDOR "The ZentuKit developers")
 set(CPACK_PACKAGE_CONTACT "The ZentuKit developers <developers@zentukit.invalid>")
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+# Each package has a first line of its own.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL runtime development)
@@ -26,8 +27,47 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME zentu-workbench)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION editors)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
-set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: what programs run with")
-set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "${PROJECT_DESCRIPTION}: what programs are built with")
-set(CPACK_COMPONENT_WORKBENCH_DESCRIPTION "Opens text and image files in one window")
+set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS libqt5svg5)
+set(services "Event bus, context-sensitive actions, documents with tabs, preferences,\n\
+command line, object pool and file watcher for desktop programs.\n")
+set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "application framework on Qt widgets\n${services}\
+This package has what programs run with.")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "application framework on Qt widgets - development files\n${services}\
+This package has what programs are built with: headers, guides, the help\n\
+file for Qt Assistant, and zentu-new-host, which begins a program.")
+set(CPACK_COMPONENT_WORKBENCH_DESCRIPTION "viewer and editor of texts and images\n\
+Shows text and image files in one window, with a tab each, and sees them\n\
+change on disk. It is made of every part of the library ZentuKit.")
 set(CPACK_COMPONENTS_GROUPING IGNORE)
+
+# What Debian asks of each package. Its own change log only leads to ours.
+set(maintainer "${CPACK_PACKAGE_CONTACT}")
+string(TIMESTAMP date "%a, %d %b %Y %H:%M:%S +0000" UTC)
+file(CONFIGURE OUTPUT changelog CONTENT "zentukit (@PROJECT_VERSION@) unstable; urgency=medium
+
+  * See CHANGELOG.md in /usr/share/doc/libzentukit.
+
+ -- @maintainer@  @date@
+" @ONLY)
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER "${component}" component_in_names)
+  set(destination
+    "${CMAKE_INSTALL_DATADIR}/doc/${CPACK_DEBIAN_${component_in_names}_PACKAGE_NAME}")
+  install(FILES LICENSE RENAME copyright DESTINATION "${destination}" COMPONENT ${component})
+  zentu_install_compressed(
+    "${PROJECT_BINARY_DIR}/changelog" changelog.gz "${destination}" ${component})
+endforeach()
+# Programs and plug-ins load the libraries by these very names.
+file(CONFIGURE OUTPUT lintian-overrides CONTENT
+  "# The names without a version are part of the binary interface; see docs/abi.md.
+libzentukit: shared-library-lacks-version *
+" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/lintian-overrides" RENAME libzentukit
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/lintian/overrides" COMPONENT runtime)
+# The trigger is all that the linker's cache needs. CPack writes scripts that do the same a second
+# time, unless it is told of others; those that it does not find it leaves out.
+file(CONFIGURE OUTPUT triggers CONTENT "activate-noawait ldconfig\n" @ONLY)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  "${PROJECT_BINARY_DIR}/triggers" no/postinst no/postrm)
 include(CPack)
