@@ -60,7 +60,9 @@ public:
     /// The toolbar registered under @p id, or null.
     QToolBar* getToolbar(const QString& id) const;
 
-    /// Forgets every registration; the widgets are left alone.
+    /// Forgets every registration; the widgets are left alone. What a widget registers while it is
+    /// disconnected is forgotten too, if its family is the same or has been forgotten; another
+    /// registered widget must not be deleted then.
     void clear();
 
 private:

@@ -63,7 +63,8 @@ public:
     QStringList currentContexts() const;
 
 Q_SIGNALS:
-    /// A context was added or removed; emitted before the call that did it returns.
+    /// A context was added or removed; emitted before the call that did it returns. A slot may
+    /// change the contexts again, and delete the manager.
     void contextChanged();
 
 private:

@@ -19,9 +19,15 @@ class _event_mgr_private;
  * For one type name the handlers are called from the most recently subscribed to the oldest: a
  * later subscriber sees an event before an earlier one.
  *
- * All operations may be called from any thread. The thread that calls instance() first is the
- * manager's thread, in whose event loop queued events are delivered; a host makes that call from
- * its GUI thread.
+ * All operations may be called from any thread, up to the end of `main`: a thread that still posts
+ * then finds no bus. The thread that calls instance() first is the manager's thread, in whose event
+ * loop queued events are delivered; a host makes that call from its GUI thread.
+ *
+ * What QObject offers is for the manager's thread alone. Each line shows the object name, so the
+ * bus is given one before there are threads, or none.
+ *
+ * Subscriptions are traced, and refused, while the lock of the bus is held: a logger or a message
+ * handler that is called for that must neither use the bus nor run an event loop.
  */
 class ZENTU_EXPORT EventManager : public QObject
 {
@@ -35,11 +41,12 @@ public:
         Queued = 2, ///< Later, from the event loop of the manager's thread.
         /// In the manager's thread while the caller waits. Not from the manager's own thread: Qt
         /// warns of a deadlock and waits for itself, and the event is never delivered nor deleted.
+        /// The same happens when that thread has ended, or waits for the caller.
         BlockingQueued = 3
     };
 
     /// The bus. Created by the first call, which is safe from any thread, and destroyed when the
-    /// process exits.
+    /// process exits; not to be called by what is destroyed later.
     static EventManager* instance();
 
     /// Creates a manager of its own, which instance() does not know, and registers the meta-type
@@ -72,7 +79,8 @@ public:
      * Takes ownership of @p event and delivers it to the receiving handlers of its type.
      *
      * Each delivery works on the handlers that are subscribed when it begins. The event is deleted
-     * when the last of them has returned, also if there were none. An event that a handler posts
+     * when the last of them has returned, also if there were none. If a handler throws, the others
+     * are not called, and the event is deleted all the same. An event that a handler posts
      * with #Direct, or with #Auto in the manager's thread, is delivered and deleted before the
      * delivery that posted it goes on.
      *

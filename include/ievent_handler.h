@@ -25,7 +25,9 @@ class _ievent_handler_private;
  * @endcode
  *
  * Subscriptions are kept by EventManager, not by the handler. All operations may be called from any
- * thread.
+ * thread while the handler lives. Its end is not guarded: a delivery that is under way in another
+ * thread would call what is gone. So a handler is destroyed in the thread in which its events are
+ * delivered, or when nobody posts them.
  */
 class ZENTU_EXPORT IEventHandler
 {
@@ -38,6 +40,8 @@ public:
      * "unsubscribe all events for:" even if there was nothing to unsubscribe from.
      *
      * A handler must not be destroyed from inside handleEvent() of any handler of the same event.
+     * One of static storage may outlive the bus; there is nothing to leave then, and nothing is
+     * traced.
      */
     virtual ~IEventHandler();
 
@@ -68,7 +72,8 @@ public:
      * Called once for each delivered event of a type that the handler has subscribed to.
      *
      * Runs in the thread that EventManager::PostMode selects, with no lock held: it may subscribe,
-     * unsubscribe and post. The event must neither be deleted nor kept beyond the call.
+     * unsubscribe and post. It runs in several threads at once if several post with
+     * EventManager::Direct. The event must neither be deleted nor kept beyond the call.
      */
     virtual void handleEvent(IEvent* event) = 0;
 

@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPointer>
 #include <QToolBar>
 
 #include <algorithm>
@@ -40,12 +41,21 @@ static void dropDestroyed(const _action_mgr_private* d, QHash<QString, Widget*>&
         widgets.erase(it);
 }
 
+// A copy is walked, and the registry is looked at again after each step: a widget hears that it is
+// disconnected, and may register another or delete the manager then.
 template <typename Widget>
-static void forgetAll(const _action_mgr_private* d, QHash<QString, Widget*>& widgets)
+static void forgetAll(
+    const QPointer<_action_mgr_private>& d, QHash<QString, Widget*> _action_mgr_private::*widgets)
 {
-    for (Widget* widget : qAsConst(widgets))
+    if (!d)
+        return;
+    const QList<Widget*> all = (d->*widgets).values();
+    for (Widget* widget : all) {
         QObject::disconnect(widget, nullptr, d, nullptr);
-    widgets.clear();
+        if (!d)
+            return;
+    }
+    (d->*widgets).clear();
 }
 
 void _action_mgr_private::onMenuDestroyed(QObject* obj)
@@ -118,9 +128,10 @@ QToolBar* ActionManager::getToolbar(const QString& id) const
 void ActionManager::clear()
 {
     Trace() << this << "clear";
-    forgetAll(d, d->menus);
-    forgetAll(d, d->menubars);
-    forgetAll(d, d->toolbars);
+    const QPointer<_action_mgr_private> registry(d);
+    forgetAll(registry, &_action_mgr_private::menus);
+    forgetAll(registry, &_action_mgr_private::menubars);
+    forgetAll(registry, &_action_mgr_private::toolbars);
 }
 
 } // namespace Zentu

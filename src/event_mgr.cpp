@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "event_mgr.h"
 
+#include "event_mgr_p.h"
 #include "ievent_handler.h"
 #include "trace_p.h"
 
@@ -13,6 +14,8 @@
 #include <QWriteLocker>
 
 #include <algorithm>
+#include <atomic>
+#include <memory>
 
 namespace Zentu {
 
@@ -49,10 +52,29 @@ static Qt::ConnectionType connectionType(EventManager::PostMode mode)
     return Qt::AutoConnection;
 }
 
+namespace {
+
+std::atomic<bool> s_hasEnded{false};
+
+/// The bus, with a mark that outlives it.
+struct Bus
+{
+    ~Bus() { s_hasEnded = true; }
+
+    EventManager manager;
+};
+
+} // namespace
+
+bool hasEventManagerEnded()
+{
+    return s_hasEnded;
+}
+
 EventManager* EventManager::instance()
 {
-    static EventManager manager;
-    return &manager;
+    static Bus bus;
+    return &bus.manager;
 }
 
 EventManager::EventManager()
@@ -134,11 +156,12 @@ void EventManager::dispatch(IEvent* event)
 {
     const QString type = event->type();
     const QList<IEventHandler*> handlers = getSubscribersFor(type);
+    // Deleted before the list is, and also when a handler throws.
+    const std::unique_ptr<IEvent> owner(event);
     for (IEventHandler* handler : handlers) {
         if (handler->isReceiving())
             handler->handleEvent(event);
     }
-    delete event;
 }
 
 } // namespace Zentu

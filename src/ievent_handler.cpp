@@ -2,6 +2,7 @@
 #include "ievent_handler.h"
 
 #include "event_mgr.h"
+#include "event_mgr_p.h"
 
 #include <QReadLocker>
 #include <QReadWriteLock>
@@ -24,7 +25,8 @@ IEventHandler::IEventHandler()
 
 IEventHandler::~IEventHandler()
 {
-    EventManager::instance()->unsubscribeAll(this);
+    if (!hasEventManagerEnded())
+        EventManager::instance()->unsubscribeAll(this);
     delete d;
 }
 

@@ -6,6 +6,7 @@
 
 #include <QDebug>
 #include <QHash>
+#include <QPointer>
 
 #include <algorithm>
 #include <array>
@@ -245,8 +246,12 @@ void ProxyActionManager::setCurrentContext(const QStringList& contexts)
         return;
     Trace() << "set context and update for all proxy actions";
     currentContext = contexts;
-    for (ProxyAction* action : qAsConst(proxyActions))
+    const QPointer<ProxyActionManager> self(this);
+    for (ProxyAction* action : qAsConst(proxyActions)) {
         action->setCurrentContext(currentContext);
+        if (!self) // deleted by a listener of the action
+            return;
+    }
 }
 
 } // namespace Zentu

@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 using namespace Support;
 using Zentu::ActionManager;
@@ -107,6 +108,8 @@ private Q_SLOTS:
     void unknownIdentifiersGiveNull();
     void clearForgetsEverything();
     void clearIsTracedFirst();
+    void clearForgetsWhatIsRegisteredMeanwhile();
+    void managerMayBeDeletedByAWidgetThatIsDisconnected();
     void managerForgetsItsWidgets();
 
 private:
@@ -387,6 +390,56 @@ void ActionManagerTest::clearIsTracedFirst()
     recorder.onEntry({});
     QCOMPARE(atTheLine, &menu);
     QCOMPARE(recorder.take(), QStringList(trace(print(&manager) + QLatin1String(" clear "))));
+}
+
+void ActionManagerTest::clearForgetsWhatIsRegisteredMeanwhile()
+{
+    constexpr int Menus = 12; // enough for the table of identifiers to grow
+    ActionManager manager;
+    std::vector<std::unique_ptr<QMenu>> later;
+    const auto registerAnother = [&] {
+        later.push_back(std::make_unique<QMenu>());
+        manager.registerMenu(QStringLiteral("later %1").arg(later.size()), later.back().get());
+    };
+    std::vector<std::unique_ptr<Telling<QMenu>>> menus;
+    bool isClearing = false;
+    for (int i = 0; i < Menus; ++i) {
+        menus.push_back(std::make_unique<Telling<QMenu>>([&] {
+            if (isClearing)
+                registerAnother();
+        }));
+        manager.registerMenu(QString::number(i), menus.back().get());
+    }
+    isClearing = true;
+    manager.clear();
+    QCOMPARE(later.size(), std::size_t(Menus));
+    for (int i = 0; i < Menus; ++i) {
+        QVERIFY(!manager.getMenu(QString::number(i)));
+        QVERIFY(!manager.getMenu(QStringLiteral("later %1").arg(i + 1)));
+    }
+    Recorder recorder;
+    menus.clear();
+    QVERIFY(recorder.isEmpty());
+}
+
+void ActionManagerTest::managerMayBeDeletedByAWidgetThatIsDisconnected()
+{
+    auto* const manager = new ActionManager;
+    bool isClearing = false;
+    int disconnected = 0;
+    const auto deleteManager = [&] {
+        if (isClearing && ++disconnected == 1)
+            delete manager;
+    };
+    Telling<QMenu> first(deleteManager);
+    Telling<QMenu> second(deleteManager);
+    Telling<QToolBar> toolbar(deleteManager);
+    manager->registerMenu(F, &first);
+    manager->registerMenu(G, &second);
+    manager->registerToolbar(F, &toolbar);
+    isClearing = true;
+    manager->clear();
+    QCOMPARE(disconnected, 3); // each once, the last two by the end of the manager
 }
 
 void ActionManagerTest::managerForgetsItsWidgets()

@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <functional>
 #include <memory>
+#include <stdexcept>
 #include <type_traits>
 
 using namespace Support;
@@ -136,6 +137,8 @@ private Q_SLOTS:
     void blockingPostWaitsForTheHandler();
     void eventWithoutSubscribersIsDeleted();
     void eventIsDeletedAfterTheLastHandler();
+    void eventIsDeletedWhenAHandlerThrows_data();
+    void eventIsDeletedWhenAHandlerThrows();
     void pausedHandlerIsSkippedAlone();
     void handlerCanBePausedDuringTheDelivery();
     void changesDuringDeliveryDoNotAffectIt();
@@ -506,6 +509,34 @@ void EventManagerTest::eventIsDeletedAfterTheLastHandler()
     bus()->postEvent(new Event(X, &deletions));
     QCOMPARE(seen, QList<int>({0, 0}));
     QCOMPARE(deletions.load(), 1);
+}
+
+void EventManagerTest::eventIsDeletedWhenAHandlerThrows_data()
+{
+    QTest::addColumn<EventManager::PostMode>("mode");
+    QTest::newRow("direct") << EventManager::Direct;
+    QTest::newRow("queued") << EventManager::Queued;
+}
+
+void EventManagerTest::eventIsDeletedWhenAHandlerThrows()
+{
+    QFETCH(EventManager::PostMode, mode);
+    Handler older;
+    Handler newer([](IEvent*) { throw std::runtime_error("from a handler"); });
+    bus()->subscribe(&older, X);
+    bus()->subscribe(&newer, X);
+    std::atomic<int> deletions{0};
+    const auto deliver = [&] {
+        bus()->postEvent(new Event(X, &deletions), mode);
+        QCoreApplication::sendPostedEvents(bus());
+    };
+    QVERIFY_EXCEPTION_THROWN(deliver(), std::runtime_error);
+    QCOMPARE(deletions.load(), 1);
+    QCOMPARE(older.count.load(), 0);
+    newer.react = {};
+    deliver();
+    QCOMPARE(deletions.load(), 2);
+    QCOMPARE(older.count.load(), 1);
 }
 
 void EventManagerTest::pausedHandlerIsSkippedAlone()

@@ -4,6 +4,7 @@
 #include "event_mgr.h"
 #include "recorder.h"
 
+#include <QProcess>
 #include <QTest>
 
 #include <memory>
@@ -52,6 +53,9 @@ private Q_SLOTS:
     void destructionWithoutSubscriptionIsTracedAllTheSame();
     void isWholeUntilItIsUnsubscribed();
     void pausedHandlerKeepsItsSubscriptions();
+    void handlerMayOutliveTheBus();
+    void emptyTypeNameIsDelivered();
+    void pausedHandlerStaysPausedWhenItSubscribesAgain();
     void isNotCopied();
 };
 
@@ -145,6 +149,61 @@ void IEventHandlerTest::pausedHandlerKeepsItsSubscriptions()
     EventManager::instance()->postEvent(new IEvent(QStringLiteral("x")));
     QCOMPARE(handler.count, 1);
     QCOMPARE(handler.lastType, QStringLiteral("x"));
+}
+
+// Runs itself, as the bus ends with the process.
+void IEventHandlerTest::handlerMayOutliveTheBus()
+{
+    static std::unique_ptr<IEventHandler> handler;
+    const QString variable = QStringLiteral("ZENTU_TEST_CHILD");
+    if (qEnvironmentVariableIsSet(qPrintable(variable))) {
+        // Destroyed in reverse: the variable comes before the bus, which comes with the first
+        // subscription.
+        handler = std::make_unique<Handler>();
+        handler->subscribe(QStringLiteral("x"));
+        return;
+    }
+    QProcess child;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(variable, QStringLiteral("1"));
+    child.setProcessEnvironment(environment);
+    child.start(
+        QCoreApplication::applicationFilePath(), {QLatin1String(QTest::currentTestFunction())});
+    const bool ended = child.waitForFinished(20000);
+    child.kill();
+    QVERIFY2(ended, "hangs at the end of the process");
+    QCOMPARE(child.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(child.exitCode(), 0);
+}
+
+void IEventHandlerTest::emptyTypeNameIsDelivered()
+{
+    Handler handler;
+    Handler other;
+    handler.subscribe(QString());
+    other.subscribe(QStringLiteral(" "));
+    EventManager::instance()->postEvent(new IEvent(QLatin1String("")));
+    EventManager::instance()->postEvent(new IEvent(QString()));
+    QCOMPARE(handler.count, 2);
+    QCOMPARE(other.count, 0);
+    handler.unsubscribe(QLatin1String(""));
+    EventManager::instance()->postEvent(new IEvent(QString()));
+    QCOMPARE(handler.count, 2);
+}
+
+void IEventHandlerTest::pausedHandlerStaysPausedWhenItSubscribesAgain()
+{
+    Handler handler;
+    handler.subscribe(QStringLiteral("x"));
+    handler.setReceiving(false);
+    handler.unsubscribe(QStringLiteral("x"));
+    handler.subscribe(QStringLiteral("x"));
+    QVERIFY(!handler.isReceiving());
+    EventManager::instance()->unsubscribeAll(&handler);
+    handler.subscribe(QStringLiteral("x"));
+    QVERIFY(!handler.isReceiving());
+    EventManager::instance()->postEvent(new IEvent(QStringLiteral("x")));
+    QCOMPARE(handler.count, 0);
 }
 
 void IEventHandlerTest::isNotCopied()

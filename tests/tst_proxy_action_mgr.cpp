@@ -3,6 +3,7 @@
 
 #include "recorder.h"
 
+#include <QPointer>
 #include <QTest>
 
 #include <memory>
@@ -45,6 +46,9 @@ private Q_SLOTS:
     void sameContextsDoNothing();
     void contextsAreTracedBeforeTheyAreStored();
     void contextsAreStoredBeforeTheyAreHandedOn();
+    void actionRegisteredMeanwhileIsReachedOnce_data();
+    void actionRegisteredMeanwhileIsReachedOnce();
+    void managerMayBeDeletedWhileItHandsOn();
     void actionsOutliveTheManager();
 };
 
@@ -224,6 +228,56 @@ void ProxyActionManagerTest::contextsAreStoredBeforeTheyAreHandedOn()
     });
     manager.setCurrentContext({E});
     QCOMPARE(late.currentContext(), QStringList(E));
+}
+
+void ProxyActionManagerTest::actionRegisteredMeanwhileIsReachedOnce_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::newRow("before the one that is told") << A;
+    QTest::newRow("behind it") << QStringLiteral("D");
+}
+
+void ProxyActionManagerTest::actionRegisteredMeanwhileIsReachedOnce()
+{
+    QFETCH(QString, id);
+    ProxyActionManager manager;
+    QAction backend;
+    ProxyAction told;
+    ProxyAction last;
+    ProxyAction late;
+    told.addBackendAction(&backend, E);
+    manager.registerProxyAction(&told, B);
+    manager.registerProxyAction(&last, E);
+    connect(&told, &QAction::changed, this, [&] {
+        if (!manager.getProxyAction(id))
+            manager.registerProxyAction(&late, id);
+    });
+    Recorder recorder;
+    manager.setCurrentContext({E});
+    const auto line = [](const QAction& action) {
+        return trace(printAction(&action) + QLatin1String(" set context (\"E\") "));
+    };
+    const QStringList lines = recorder.take();
+    QCOMPARE(lines.count(line(late)), 1);
+    QCOMPARE(lines.last(), line(last));
+    QCOMPARE(manager.getProxyAction(id), &late);
+}
+
+void ProxyActionManagerTest::managerMayBeDeletedWhileItHandsOn()
+{
+    auto* const manager = new ProxyActionManager;
+    QAction backend;
+    ProxyAction deletes;
+    ProxyAction isLeftOut;
+    deletes.addBackendAction(&backend, E);
+    manager->registerProxyAction(&deletes, A);
+    manager->registerProxyAction(&isLeftOut, B);
+    const QPointer<ProxyActionManager> watched(manager);
+    connect(&deletes, &QAction::changed, this, [&] { delete watched; });
+    manager->setCurrentContext({E});
+    QVERIFY(!watched);
+    QCOMPARE(deletes.currentActiveBackendAction(), &backend);
+    QVERIFY(isLeftOut.currentContext().isEmpty());
 }
 
 void ProxyActionManagerTest::actionsOutliveTheManager()
