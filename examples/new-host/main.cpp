@@ -5,28 +5,33 @@
 
 #include <QApplication>
 
+#include <cstdio>
+
 int main(int argc, char* argv[])
 {
-    QApplication application(argc, argv);
-    QApplication::setApplicationName(QStringLiteral("@NAME@"));
-    // The thread that asks for the bus first is the one in which it delivers.
-    Zentu::EventManager::instance();
-
-    Zentu::CmdLineParser parser;
+    // Before Qt looks for a display, so that help needs none.
+    Zentu::CmdLineParser parser(QStringLiteral("@NAME@"));
     parser.setBrief(QStringLiteral("Keeps notes."));
     parser.addHelpOption({QStringLiteral("-h"), QStringLiteral("--help")});
     parser.addOption(QStringLiteral("--title"), QStringLiteral("The title of the window."),
         QStringLiteral("text"));
     parser.addPositionalArgument(
         QStringLiteral("NOTE..."), QStringLiteral("Texts to begin with, a note each."));
-    if (!parser.parse(QApplication::arguments())) {
-        parser.printErrorMessage();
+    if (!parser.parse(argc, const_cast<const char**>(argv))) {
+        std::fprintf(stderr, "@NAME@: %s\n", qUtf8Printable(parser.errorMessage().trimmed()));
         return 2;
     }
     if (parser.isSet(QStringLiteral("help"))) {
-        parser.printHelpMessage();
+        std::puts(qUtf8Printable(parser.helpMessage()));
         return 0;
     }
+
+    // All options are the program's own; Qt is told what it needs by the environment.
+    int qtArgc = 1;
+    QApplication application(qtArgc, argv);
+    QApplication::setApplicationName(QStringLiteral("@NAME@"));
+    // The thread that asks for the bus first is the one in which it delivers.
+    Zentu::EventManager::instance();
 
     MainWindow window;
     if (parser.isSet(QStringLiteral("title")))

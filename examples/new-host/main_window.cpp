@@ -10,9 +10,12 @@
 #include <ZentuKit/ProxyAction>
 #include <ZentuKit/ProxyActionManager>
 
+#include <QCloseEvent>
 #include <QMenu>
 #include <QMenuBar>
 #include <QStatusBar>
+
+#include <algorithm>
 
 MainWindow::MainWindow()
     : m_area(new Zentu::MdiArea)
@@ -73,6 +76,14 @@ Note* MainWindow::addNote(const QString& text)
     event->data().insert(QStringLiteral("title"), note->shortTitle());
     Zentu::EventManager::instance()->postEvent(event);
     return note;
+}
+
+// Every note is asked for before one is lost.
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    const QList<Zentu::IMdiSubWindow*> notes = m_area->subWindows();
+    event->setAccepted(std::all_of(notes.begin(), notes.end(),
+        [](Zentu::IMdiSubWindow* note) { return static_cast<Note*>(note)->mayClose(); }));
 }
 
 void MainWindow::showPreferences()

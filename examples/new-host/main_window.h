@@ -21,6 +21,9 @@ public:
 
     Note* addNote(const QString& text);
 
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
 private:
     void createActions();
     void showPreferences();

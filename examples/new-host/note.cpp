@@ -1,6 +1,9 @@
 #include "note.h"
 
+#include <QCloseEvent>
+#include <QMessageBox>
 #include <QPlainTextEdit>
+#include <QTextCursor>
 
 const QString Note::Context = QStringLiteral("note");
 const QString Note::Added = QStringLiteral("note.added");
@@ -19,7 +22,29 @@ QString Note::text() const
     return m_editor->toPlainText();
 }
 
+// Can be undone, as the editor's own clear() cannot.
 void Note::clear()
 {
-    m_editor->clear();
+    QTextCursor all(m_editor->document());
+    all.select(QTextCursor::Document);
+    all.removeSelectedText();
+}
+
+bool Note::mayClose()
+{
+    if (!m_editor->document()->isModified())
+        return true;
+    const auto answer = QMessageBox::question(this, shortTitle(),
+        tr("This note has changed. Close it and lose the changes?"),
+        QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel);
+    return answer == QMessageBox::Discard;
+}
+
+// A close that is accepted must reach the base class: it tells the area.
+void Note::closeEvent(QCloseEvent* event)
+{
+    if (mayClose())
+        IMdiSubWindow::closeEvent(event);
+    else
+        event->ignore();
 }

@@ -19,6 +19,11 @@ public:
 
     QString text() const;
     void clear();
+    /// Whether the note is as it was, or the user does not need what was written since.
+    bool mayClose();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
 
 private:
     QPlainTextEdit* m_editor;

@@ -4,8 +4,12 @@
 #include <ZentuKit/ProxyAction>
 #include <ZentuKit/wisp_recorder.h>
 
+#include <QAbstractButton>
+#include <QApplication>
+#include <QMessageBox>
 #include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -13,9 +17,20 @@ class MainWindowTest : public QObject
 {
     Q_OBJECT
 
-private slots:
+private Q_SLOTS:
     void actionFollowsTheCurrentNote();
+    void changedNoteIsAskedFor();
 };
+
+// Answers the next question that is shown.
+static void answer(QMessageBox::StandardButton button)
+{
+    QTimer::singleShot(0, qApp, [button] {
+        auto* const question = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+        QVERIFY(question);
+        question->button(button)->click();
+    });
+}
 
 void MainWindowTest::actionFollowsTheCurrentNote()
 {
@@ -37,6 +52,23 @@ void MainWindowTest::actionFollowsTheCurrentNote()
     QVERIFY(std::any_of(lines.begin(), lines.end(), [](const wisp::Line& line) {
         return line.text.find("type = \"note.added\"") != std::string::npos;
     }));
+}
+
+void MainWindowTest::changedNoteIsAskedFor()
+{
+    MainWindow window;
+    window.show();
+    window.addNote(QStringLiteral("milk"));
+    Note* const changed = window.addNote(QStringLiteral("bread"));
+    changed->clear();
+
+    answer(QMessageBox::Cancel);
+    QVERIFY(!changed->close());
+    answer(QMessageBox::Cancel);
+    QVERIFY(!window.close());
+    QCOMPARE(window.findChildren<Note*>().size(), 2);
+    answer(QMessageBox::Discard);
+    QVERIFY(window.close());
 }
 
 QTEST_MAIN(MainWindowTest)
