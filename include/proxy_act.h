@@ -30,15 +30,20 @@ class _proxy_act_private;
  *
  * The proxy mirrors eleven properties of the active backend: enabled, visible, checkable, checked,
  * text, icon, iconText, shortcut, toolTip, statusTip and whatsThis. Where the backend leaves one of
- * the last seven empty, that of defaultProp() shows. Without an active backend the proxy is
- * disabled and shows the properties of defaultProp().
+ * the last seven empty, that of defaultProp() shows. Qt makes tool tip and icon text from the text
+ * where they are not set, so that they are empty only where the text is. Without an active backend
+ * the proxy is disabled and shows the properties of defaultProp().
  *
  * The proxy's own triggered(bool), toggled(bool) and hovered() are forwarded: the active backend
  * emits the same signal with the same argument. The proxy calls none of the backend's operations,
  * so the checked states of the two differ until the next change of the backend, which the proxy
- * takes over.
+ * takes over. A shortcut that the proxy mirrors is on two actions: keep such a backend out of the
+ * windows that the proxy is in, or Qt finds the shortcut ambiguous and triggers neither.
  *
- * Backends are not owned; one that is destroyed is dropped. For the GUI thread only.
+ * Backends are not owned; one that is destroyed is dropped, unless it is no longer watched (see
+ * removeBackendAction()). Whoever listens to the proxy may switch, remove and delete backends, and
+ * delete the proxy itself. Of switches within each other, the innermost one holds. For the GUI
+ * thread only.
  */
 class ZENTU_EXPORT ProxyAction : public QAction
 {
@@ -143,7 +148,8 @@ public:
     ProxyAction* getProxyAction(const QString& id);
 
     /// Sets @p contexts on every registered action, in ascending order of identifiers. Does nothing
-    /// if the list is the one that is already set.
+    /// if the list is the one that is already set. If a listener deletes the manager, the actions
+    /// that remain are left alone.
     void setCurrentContext(const QStringList& contexts);
 
 private:

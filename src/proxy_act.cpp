@@ -19,11 +19,14 @@ class _proxy_act_private
 public:
     QAction* select() const;
     QHash<QString, QAction*>::iterator findBackend(const QObject* action);
+    void copyProperties(QAction* proxy) const;
 
     QStringList currentContext;
     QAction* defaultProp = nullptr;
     QAction* activeBackend = nullptr;
     QHash<QString, QAction*> backends;
+    // Counted so that a switch notices that another one has overtaken it.
+    int switches = 0;
 };
 
 /// How a proxy and its backends are connected.
@@ -64,6 +67,37 @@ QHash<QString, QAction*>::iterator _proxy_act_private::findBackend(const QObject
     return std::find(backends.begin(), backends.end(), action);
 }
 
+// Each setter emits signals whose listeners may switch to another backend, so each value is read
+// from the one of that moment, or may delete the proxy.
+void _proxy_act_private::copyProperties(QAction* proxy) const
+{
+    const auto source = [this] { return activeBackend ? activeBackend : defaultProp; };
+    const auto text = [&](QString (QAction::*read)() const) {
+        const QString value = (source()->*read)();
+        return value.isEmpty() ? (defaultProp->*read)() : value;
+    };
+    const QPointer<QAction> alive(proxy);
+    const auto isThereAfter = [&](auto set, const auto& value) {
+        (proxy->*set)(value);
+        return !alive.isNull();
+    };
+
+    static_cast<void>(
+        isThereAfter(&QAction::setEnabled, activeBackend && activeBackend->isEnabled())
+        && isThereAfter(&QAction::setVisible, source()->isVisible())
+        && isThereAfter(&QAction::setCheckable, source()->isCheckable())
+        && isThereAfter(&QAction::setChecked, source()->isChecked())
+        && isThereAfter(&QAction::setText, text(&QAction::text))
+        && isThereAfter(
+            &QAction::setIcon, source()->icon().isNull() ? defaultProp->icon() : source()->icon())
+        && isThereAfter(&QAction::setIconText, text(&QAction::iconText))
+        && isThereAfter(&QAction::setShortcut,
+            source()->shortcut().isEmpty() ? defaultProp->shortcut() : source()->shortcut())
+        && isThereAfter(&QAction::setToolTip, text(&QAction::toolTip))
+        && isThereAfter(&QAction::setStatusTip, text(&QAction::statusTip))
+        && isThereAfter(&QAction::setWhatsThis, text(&QAction::whatsThis)));
+}
+
 ProxyAction::ProxyAction(QObject* parent)
     : QAction(parent)
     , d(new _proxy_act_private)
@@ -86,7 +120,10 @@ void ProxyAction::addBackendAction(QAction* action, const QString& context)
     } else {
         Trace() << this << "add backend action" << context << action;
         d->backends.insert(context, action);
+        const QPointer<QObject> alive(this);
         links().destroyed.connect(action, this);
+        if (!alive)
+            return;
     }
     if (d->currentContext.contains(context))
         updateProxy(false);
@@ -101,9 +138,11 @@ void ProxyAction::removeBackendAction(QAction* action)
     }
     Trace() << this << "remove backend action" << action;
     d->backends.erase(it);
+    const QPointer<QObject> alive(this);
+    const QPointer<QObject> removed(action);
     links().destroyed.disconnect(action, this);
-    if (d->activeBackend == action)
-        updateProxy(false);
+    if (alive && d->activeBackend == action)
+        updateProxy(!removed);
 }
 
 QAction* ProxyAction::removeBackendContext(const QString& context)
@@ -116,9 +155,11 @@ QAction* ProxyAction::removeBackendContext(const QString& context)
     QAction* const action = it.value();
     Trace() << this << "remove backend context" << context << action;
     d->backends.erase(it);
+    const QPointer<QObject> alive(this);
+    const QPointer<QObject> removed(action);
     links().destroyed.disconnect(action, this);
-    if (d->activeBackend == action)
-        updateProxy(false);
+    if (alive && d->activeBackend == action)
+        updateProxy(!removed);
     return action;
 }
 
@@ -152,25 +193,39 @@ QAction* ProxyAction::defaultProp() const
 }
 
 // The old backend is disconnected before the properties are copied and the new one is connected
-// after: the copy sets the checked state, which must not echo into either of them.
+// after: the copy sets the checked state, which must not echo into either of them. Whoever is told
+// on the way may begin another switch, which then holds, or delete the proxy.
 void ProxyAction::updateProxy(bool oldBackendDead)
 {
-    QAction* const candidate = d->select();
+    const QAction* const candidate = d->select();
     if (candidate == d->activeBackend)
         return;
     Trace() << this << "change active backend action to" << candidate;
 
-    if (QAction* const old = d->activeBackend; old && !oldBackendDead) {
+    const auto isOvertaken = [this, alive = QPointer<QObject>(this), own = ++d->switches] {
+        return !alive || d->switches != own;
+    };
+    if (const QPointer<QAction> old = oldBackendDead ? nullptr : d->activeBackend) {
         links().changed.disconnect(old, this);
-        for (const ProxyLinks::ToBackend& link : links().forwarding)
-            link.disconnect(this, old);
+        for (const ProxyLinks::ToBackend& link : links().forwarding) {
+            if (isOvertaken())
+                return;
+            if (old)
+                link.disconnect(this, old);
+        }
     }
-    d->activeBackend = candidate;
+    if (isOvertaken())
+        return;
+    // Not the candidate, which can be gone by now.
+    d->activeBackend = d->select();
     updateProxyProperties();
-    if (candidate) {
-        links().changed.connect(candidate, this);
-        for (const ProxyLinks::ToBackend& link : links().forwarding)
-            link.connect(this, candidate);
+    if (isOvertaken() || !d->activeBackend)
+        return;
+    links().changed.connect(d->activeBackend, this);
+    for (const ProxyLinks::ToBackend& link : links().forwarding) {
+        if (isOvertaken())
+            return;
+        link.connect(this, d->activeBackend);
     }
 }
 
@@ -187,25 +242,7 @@ void ProxyAction::onBackendActionDestroyed(QObject* dead)
 
 void ProxyAction::updateProxyProperties()
 {
-    const QAction* const fallback = d->defaultProp;
-    const QAction* const source = d->activeBackend ? d->activeBackend : fallback;
-
-    const auto text = [=](QString (QAction::*read)() const) {
-        const QString value = (source->*read)();
-        return value.isEmpty() ? (fallback->*read)() : value;
-    };
-
-    setEnabled(d->activeBackend && source->isEnabled());
-    setVisible(source->isVisible());
-    setCheckable(source->isCheckable());
-    setChecked(source->isChecked());
-    setText(text(&QAction::text));
-    setIcon(source->icon().isNull() ? fallback->icon() : source->icon());
-    setIconText(text(&QAction::iconText));
-    setShortcut(source->shortcut().isEmpty() ? fallback->shortcut() : source->shortcut());
-    setToolTip(text(&QAction::toolTip));
-    setStatusTip(text(&QAction::statusTip));
-    setWhatsThis(text(&QAction::whatsThis));
+    d->copyProperties(this);
 }
 
 ProxyActionManager* ProxyActionManager::s_instance = nullptr;

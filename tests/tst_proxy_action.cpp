@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace Support;
 using Zentu::ProxyAction;
@@ -202,6 +203,12 @@ private Q_SLOTS:
     void dyingBackendIsDroppedWithoutADisconnect();
     void derivedSlotsCount();
     void dyingBackendOfTwoContextsIsDroppedTwice();
+    void innermostOfNestedSwitchesHolds_data();
+    void innermostOfNestedSwitchesHolds();
+    void switchOvertakenWhileItDisconnectsConnectsNothing();
+    void backendThatDiesBeforeItIsActiveIsPassedOver();
+    void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
+    void backendThatDiesWhenItIsRemovedIsNotDisconnected();
     void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
     void propertiesAreCopiedInOrder();
@@ -845,6 +852,157 @@ void ProxyActionTest::dyingBackendIsDroppedWithoutADisconnect()
         QStringList({QStringLiteral("proxy connect triggered(bool)"),
             QStringLiteral("proxy connect toggled(bool)"),
             QStringLiteral("proxy connect hovered()")}));
+}
+
+void ProxyActionTest::innermostOfNestedSwitchesHolds_data()
+{
+    QTest::addColumn<bool>("atToggled");
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<QString>("active");
+    for (const bool atToggled : {false, true}) {
+        const char* const signal = atToggled ? "toggled" : "changed";
+        const auto row = [=](const char* what, const char* active) {
+            QTest::addRow("%s, %s", signal, what)
+                << atToggled << QString::fromLatin1(what) << QString::fromLatin1(active);
+        };
+        row("to b", "b");
+        row("to b and back", "a");
+        row("to none", "");
+        row("a removed", "b");
+        row("a deleted", "b");
+        row("all deleted", "");
+    }
+}
+
+void ProxyActionTest::innermostOfNestedSwitchesHolds()
+{
+    QFETCH(bool, atToggled);
+    QFETCH(QString, what);
+    QFETCH(QString, active);
+    QPointer<QAction> a = new QAction(QStringLiteral("a"), this);
+    QPointer<QAction> b = new QAction(QStringLiteral("b"), this);
+    const QList<QPointer<QAction>> backends = {a, b};
+    for (QAction* action : backends)
+        action->setCheckable(true);
+    a->setChecked(true);
+    QStringList emitted;
+    for (QAction* action : backends) {
+        connect(action, &QAction::triggered, this, [&, name = action->text()](bool checked) {
+            emitted.append(name + QLatin1String(checked ? " on" : " off"));
+        });
+    }
+    ProxyAction proxy;
+    proxy.addBackendAction(a, A);
+    proxy.addBackendAction(b, B);
+    bool isFirst = true;
+    const auto interfere = [&] {
+        if (!std::exchange(isFirst, false))
+            return;
+        if (what.startsWith(QLatin1String("to b")))
+            proxy.setCurrentContext({B});
+        if (what.endsWith(QLatin1String("back")))
+            proxy.setCurrentContext({A});
+        if (what == QLatin1String("to none"))
+            proxy.setCurrentContext({});
+        if (what == QLatin1String("a removed"))
+            proxy.removeBackendAction(a);
+        if (what.endsWith(QLatin1String("deleted")))
+            delete a;
+        if (what.startsWith(QLatin1String("all")))
+            delete b;
+    };
+    if (atToggled)
+        connect(&proxy, &QAction::toggled, this, interfere);
+    else
+        connect(&proxy, &QAction::changed, this, interfere);
+    proxy.setCurrentContext({A, B});
+    QVERIFY(!isFirst);
+
+    QAction* const expected = active == QLatin1String("a") ? a : active.isEmpty() ? nullptr : b;
+    QCOMPARE(proxy.currentActiveBackendAction(), expected);
+    QCOMPARE(proxy.text(), active);
+    QCOMPARE(proxy.isEnabled(), expected != nullptr);
+    if (expected) {
+        QCOMPARE(proxy.isChecked(), expected->isChecked());
+        proxy.trigger();
+        QCOMPARE(emitted, QStringList(active + QLatin1String(proxy.isChecked() ? " on" : " off")));
+        expected->setText(QStringLiteral("followed"));
+        QCOMPARE(proxy.text(), expected->text());
+    }
+    for (QAction* action : {a.data(), b.data()}) {
+        if (action && action != expected) {
+            action->setText(QStringLiteral("not followed"));
+            QVERIFY(proxy.text() != action->text());
+        }
+        delete action;
+    }
+}
+
+void ProxyActionTest::switchOvertakenWhileItDisconnectsConnectsNothing()
+{
+    ProxyAction proxy;
+    Telling a([&](const char* what, const QAction*) {
+        if (QLatin1String(what) == QLatin1String("disconnect"))
+            proxy.setCurrentContext({X});
+    });
+    QAction b;
+    QAction x;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.addBackendAction(&x, X);
+    proxy.setCurrentContext({A});
+    proxy.setCurrentContext({B});
+    QCOMPARE(proxy.currentActiveBackendAction(), &x);
+    const QSignalSpy ofA(&a, &QAction::triggered);
+    const QSignalSpy ofB(&b, &QAction::triggered);
+    const QSignalSpy ofX(&x, &QAction::triggered);
+    proxy.trigger();
+    QCOMPARE(QList<int>({ofA.count(), ofB.count(), ofX.count()}), QList<int>({0, 0, 1}));
+}
+
+void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()
+{
+    ProxyAction proxy;
+    auto b = std::make_unique<QAction>();
+    Telling a([&](const char* what, const QAction*) {
+        if (QLatin1String(what) == QLatin1String("disconnect"))
+            b.reset();
+    });
+    QAction x(QStringLiteral("x"));
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(b.get(), B);
+    proxy.addBackendAction(&x, X);
+    proxy.setCurrentContext({A});
+    proxy.setCurrentContext({B, X});
+    QCOMPARE(proxy.currentActiveBackendAction(), &x);
+    QCOMPARE(proxy.text(), x.text());
+}
+
+void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected_data()
+{
+    QTest::addColumn<bool>("byContext");
+    QTest::newRow("by action") << false;
+    QTest::newRow("by context") << true;
+}
+
+void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
+{
+    QFETCH(bool, byContext);
+    ProxyAction proxy;
+    auto* const a = new Telling([](const char* what, const QAction* action) {
+        if (QLatin1String(what) == QLatin1String("disconnect"))
+            delete action;
+    });
+    QAction b(QStringLiteral("b"));
+    proxy.addBackendAction(a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A, B});
+    if (byContext)
+        proxy.removeBackendContext(A);
+    else
+        proxy.removeBackendAction(a);
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QCOMPARE(proxy.text(), b.text());
 }
 
 void ProxyActionTest::destructionOfAStrangerIsTracedOnly()
