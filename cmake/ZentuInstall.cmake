@@ -86,12 +86,18 @@ install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT deve
 install(DIRECTORY examples/guide DESTINATION "${documents}/libzentukit-dev/examples"
   COMPONENT development FILES_MATCHING PATTERN "*.cpp")
 
-# Compressed, as Debian has them and every man program reads them.
+# Compressed, as Debian has them and every man program reads them; without a time, so that equal files
+# are equal.
+find_program(ZENTU_GZIP gzip)
+mark_as_advanced(ZENTU_GZIP)
 function(zentu_install_compressed file name destination component)
+  if(NOT ZENTU_GZIP)
+    return()
+  endif()
   set(compressed "${PROJECT_BINARY_DIR}/compressed")
   file(MAKE_DIRECTORY "${compressed}")
-  file(ARCHIVE_CREATE OUTPUT "${compressed}/${name}" PATHS "${file}"
-    FORMAT raw COMPRESSION GZip COMPRESSION_LEVEL 9)
+  execute_process(COMMAND "${ZENTU_GZIP}" -9nc "${file}"
+    OUTPUT_FILE "${compressed}/${name}" COMMAND_ERROR_IS_FATAL ANY)
   install(FILES "${compressed}/${name}" DESTINATION "${destination}" COMPONENT ${component})
 endfunction()
 zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-new-host.1" zentu-new-host.1.gz
