@@ -12,6 +12,7 @@
 
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <functional>
 #include <new>
 #include <stdexcept>
@@ -102,7 +103,11 @@ class WispTest : public QObject
 
 private Q_SLOTS:
     void init() { wisp::clearRecordedLines(); }
-    void cleanup() { wisp::setSink(nullptr); }
+    void cleanup()
+    {
+        wisp::setSink(nullptr);
+        wisp::setFilter(nullptr);
+    }
 
     void thereIsOneLogger();
     void linesAreRemembered();
@@ -116,6 +121,7 @@ private Q_SLOTS:
     void sinkThatThrowsIsCalledAgain();
     void longLinesAreBoundedTogether();
     void clearingReleasesTheMemory();
+    void filterKeepsLinesFromEverybody();
     void linesComeFromAllThreads();
     void sinksChangeWhileOthersLog();
     void lineCostsNoAllocationOnceTheRingIsFull();
@@ -334,6 +340,29 @@ void WispTest::clearingReleasesTheMemory()
     QVERIFY(s_bytesInUse - before > 9000000);
     wisp::clearRecordedLines();
     QVERIFY(s_bytesInUse - before < 1000000);
+}
+
+void WispTest::filterKeepsLinesFromEverybody()
+{
+    int heard = 0;
+    wisp::setSink([](int, const char*, void* count) { ++*static_cast<int*>(count); }, &heard);
+    const char* refused = "mine";
+    wisp::setFilter(
+        [](int level, const char* text, void* mine) {
+            return level != 7 || std::strcmp(text, *static_cast<const char**>(mine)) != 0;
+        },
+        &refused);
+    wisp::logger::instance()->log(7, "mine");
+    wisp::logger::instance()->log(1, "mine");
+    wisp::logger::instance()->log(7, "yours");
+    QCOMPARE(heard, 2);
+    QCOMPARE(wisp::recordedLines().size(), std::size_t(2));
+    QCOMPARE(wisp::recordedLines().front().level, 1);
+    QCOMPARE(wisp::recordedLines().back().text, std::string("yours"));
+
+    wisp::setFilter(nullptr);
+    wisp::logger::instance()->log(7, "mine");
+    QCOMPARE(wisp::recordedLines().size(), std::size_t(3));
 }
 
 void WispTest::linesComeFromAllThreads()

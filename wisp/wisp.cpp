@@ -29,6 +29,8 @@ public:
     void log(int level, const char* text)
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
+        if (filter && !filter(level, text, filterContext))
+            return;
         remember(level, text);
         if (file)
             write(level, text);
@@ -75,6 +77,13 @@ public:
         const std::lock_guard<std::recursive_mutex> guard(mutex);
         if (number != 0)
             sinks.erase(number);
+    }
+
+    void setFilter(Filter newFilter, void* context)
+    {
+        const std::lock_guard<std::recursive_mutex> guard(mutex);
+        filter = newFilter;
+        filterContext = context;
     }
 
 private:
@@ -175,6 +184,8 @@ private:
     // The set one has the number 0.
     std::map<int, Listener> sinks;
     int lastNumber = 0;
+    Filter filter = nullptr;
+    void* filterContext = nullptr;
     bool sinksAreRunning = false;
 };
 
@@ -222,6 +233,11 @@ int addSink(Sink sink, void* context)
 void removeSink(int number)
 {
     recorder().removeSink(number);
+}
+
+void setFilter(Filter filter, void* context)
+{
+    recorder().setFilter(filter, context);
 }
 
 } // namespace wisp

@@ -70,4 +70,15 @@ WISP_EXPORT int addSink(Sink sink, void* context = nullptr);
 /// of the sink is in progress, unless it is called from a sink.
 WISP_EXPORT void removeSink(int number);
 
+/**
+ * Says whether a line is logged at all; called before anything else is done with it, in the thread
+ * that logs it and one call at a time. It must neither log nor call anything of this header.
+ */
+using Filter = bool (*)(int level, const char* text, void* context);
+
+/// Sets the one filter, or none (null, the default): for a tool that runs inside of a host and uses
+/// the library for itself, so that its lines are not taken for the host's. When the function
+/// returns, no call of the filter before is in progress.
+WISP_EXPORT void setFilter(Filter filter, void* context = nullptr);
+
 } // namespace wisp
