@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include "document.h"
 
+#include "events.h"
+#include "file_change_bar.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
+#include <QVBoxLayout>
 
 Document::Document(const QString& kind, const QString& path)
     : m_kind(kind)
@@ -15,14 +19,48 @@ Document::Document(const QString& kind, const QString& path)
         action->setShortcuts(QList<QKeySequence>());
 }
 
-// The tab has room for a name; its tool tip, the window's title, shows the whole path.
+void Document::setContent(QWidget* content)
+{
+    auto* view = new QWidget;
+    m_changeBar = new FileChangeBar(view);
+    auto* layout = new QVBoxLayout(view);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(0);
+    layout->addWidget(m_changeBar);
+    layout->addWidget(content);
+    view->setFocusProxy(content);
+    setWidget(view);
+    connect(m_changeBar, &FileChangeBar::keepRequested, m_changeBar, &QWidget::hide);
+}
+
+QString Document::name() const
+{
+    return QFileInfo(m_path).fileName();
+}
+
+// The tab has room for a name; its tool tip, the window's title, tells the folder too.
 void Document::setPath(const QString& path)
 {
     const QString previous = m_path;
     m_path = path;
-    setWindowTitle(QDir::toNativeSeparators(path) + QStringLiteral("[*]"));
-    setShortTitle(QFileInfo(path).fileName());
+    setWindowTitle(
+        QStringLiteral("%1 - %2[*]").arg(name(), QDir::toNativeSeparators(QFileInfo(path).path())));
+    setShortTitle(name());
     Q_EMIT pathChanged(path, previous);
 }
 
-void Document::onFileChanged() { }
+bool Document::onFileChanged()
+{
+    return false;
+}
+
+void Document::onFileDeleted()
+{
+    if (m_changeBar)
+        m_changeBar->showChange(tr("The file has been deleted on disk."), false);
+}
+
+void Document::tell(const QString& type) const
+{
+    Events::post(type, {{Events::Path, m_path}, {Events::Kind, m_kind}, {Events::Bytes, m_bytes}});
+}

@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class FileChangeBar;
+
 /// A document of any kind: a view of the file at a path.
 class Document : public Zentu::IMdiSubWindow
 {
@@ -16,16 +18,35 @@ public:
 
     QString kind() const { return m_kind; }
     QString path() const { return m_path; }
+    /// The last part of the path.
+    QString name() const;
     qint64 bytes() const { return m_bytes; }
+    /// What is worth a place in the status bar.
+    virtual QString status() const { return QString(); }
 
-    /// The file changed on disk; by default nothing follows from that.
-    virtual void onFileChanged();
+    virtual bool hasChanges() const { return false; }
+    /// Writes the changes to the file; false if they are not written.
+    virtual bool save() { return true; }
+    /// Closing does not ask any more.
+    virtual void dropChanges() { }
+
+    /// The file changed on disk. False if it holds what it held before, as after a save.
+    virtual bool onFileChanged();
+    /// There is no file any more.
+    virtual void onFileDeleted();
+
+    /// Tells the bus what has become of the document.
+    void tell(const QString& type) const;
 
 Q_SIGNALS:
     /// The document shows another file than before.
     void pathChanged(const QString& path, const QString& previous);
+    void statusChanged();
 
 protected:
+    /// Shows @p content, with the bar for changes of the file above it.
+    void setContent(QWidget* content);
+    FileChangeBar* changeBar() const { return m_changeBar; }
     void setPath(const QString& path);
     void setBytes(qint64 bytes) { m_bytes = bytes; }
 
@@ -33,4 +54,5 @@ private:
     QString m_kind;
     QString m_path;
     qint64 m_bytes = 0;
+    FileChangeBar* m_changeBar = nullptr;
 };

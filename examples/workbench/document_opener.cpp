@@ -66,9 +66,7 @@ void DocumentOpener::openOne(const QString& path)
     }
     remember(document);
     Q_EMIT opened(document);
-    Events::post(Events::DocumentOpened,
-        {{Events::Path, path}, {Events::Kind, document->kind()},
-            {Events::Bytes, document->bytes()}});
+    document->tell(Events::DocumentOpened);
 }
 
 Document* DocumentOpener::create(const QString& path, QString* error) const
@@ -96,8 +94,6 @@ void DocumentOpener::remember(Document* document)
         });
     connect(document, &Document::closed, this, [this, document] {
         m_documents.remove(document->path());
-        Events::post(Events::DocumentClosed,
-            {{Events::Path, document->path()}, {Events::Kind, document->kind()},
-                {Events::Bytes, document->bytes()}});
+        document->tell(Events::DocumentClosed);
     });
 }

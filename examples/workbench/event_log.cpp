@@ -23,8 +23,8 @@ EventLog::EventLog(QWidget* parent)
     for (int column = 0; column < 4; ++column)
         m_list->header()->setSectionResizeMode(column, QHeaderView::ResizeToContents);
     setWidget(m_list);
-    for (const QString& type : {Events::DocumentOpened, Events::DocumentFailed,
-             Events::DocumentClosed, Events::DocumentChanged})
+    const QStringList types = Events::types();
+    for (const QString& type : types)
         subscribe(type);
 }
 

@@ -12,12 +12,20 @@ namespace Events {
 const QString DocumentOpened = QStringLiteral("document.opened");
 const QString DocumentFailed = QStringLiteral("document.failed");
 const QString DocumentClosed = QStringLiteral("document.closed");
+const QString DocumentSaved = QStringLiteral("document.saved");
 const QString DocumentChanged = QStringLiteral("document.changed");
+const QString DocumentDeleted = QStringLiteral("document.deleted");
 
 const QString Path = QStringLiteral("path");
 const QString Kind = QStringLiteral("kind");
 const QString Bytes = QStringLiteral("bytes");
 const QString Message = QStringLiteral("message");
+
+QStringList types()
+{
+    return {DocumentOpened, DocumentFailed, DocumentClosed, DocumentSaved, DocumentChanged,
+        DocumentDeleted};
+}
 
 void post(const QString& type, const QVariantMap& values)
 {

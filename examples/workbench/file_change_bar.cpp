@@ -46,6 +46,6 @@ void FileChangeBar::showChange(const QString& text, bool fileIsThere)
 
 void FileChangeBar::showDifference(const QString& text)
 {
-    m_text->setText(text);
+    showChange(text, true);
     m_difference->hide();
 }

@@ -16,7 +16,7 @@ public:
 
     /// Shows the bar; without the new text there is nothing to reload or to compare.
     void showChange(const QString& text, bool fileIsThere);
-    /// Adds what differs.
+    /// Shows the bar with what differs.
     void showDifference(const QString& text);
 
 Q_SIGNALS:

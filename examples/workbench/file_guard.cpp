@@ -84,8 +84,12 @@ void FileGuard::tell(const QString& path)
     Document* const document = m_documents.value(path);
     if (!document)
         return;
-    document->onFileChanged();
-    Events::post(Events::DocumentChanged,
+    const bool isThere = QFileInfo::exists(path);
+    if (!isThere)
+        document->onFileDeleted();
+    else if (!document->onFileChanged())
+        return;
+    Events::post(isThere ? Events::DocumentChanged : Events::DocumentDeleted,
         {{Events::Path, path}, {Events::Kind, document->kind()},
             {Events::Bytes, QFileInfo(path).size()}});
 }

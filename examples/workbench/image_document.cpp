@@ -4,6 +4,7 @@
 #include "actions.h"
 #include "document_actions.h"
 #include "document_factory.h"
+#include "file_change_bar.h"
 #include "glyph_icon.h"
 #include "settings.h"
 
@@ -91,7 +92,7 @@ ImageDocument::ImageDocument(const QString& path, const QPixmap& picture)
     m_area->setWidget(m_view);
     m_area->viewport()->installEventFilter(this);
     m_area->viewport()->setCursor(Qt::OpenHandCursor);
-    setWidget(m_area);
+    setContent(m_area);
     setWindowIcon(glyphIcon(QStringLiteral("image-x-generic")));
     setBytes(QFileInfo(path).size());
     m_fitted = Settings::instance()->fitImages();
@@ -160,15 +161,19 @@ bool ImageDocument::saveAs()
 }
 
 // A picture is never edited here, so the new one simply takes its place.
-void ImageDocument::onFileChanged()
+bool ImageDocument::onFileChanged()
 {
     QString error;
     const QPixmap picture = read(path(), &error);
-    if (picture.isNull())
-        return;
+    if (picture.isNull()) {
+        changeBar()->showChange(tr("The file cannot be read any more: %1").arg(error), false);
+        return true;
+    }
+    changeBar()->hide();
     m_picture = picture;
     setBytes(QFileInfo(path()).size());
     update();
+    return true;
 }
 
 bool ImageDocument::eventFilter(QObject* watched, QEvent* event)

@@ -29,7 +29,7 @@ public:
     void setFitted(bool fitted);
     bool saveAs();
 
-    void onFileChanged() override;
+    bool onFileChanged() override;
 
 Q_SIGNALS:
     void zoomChanged();

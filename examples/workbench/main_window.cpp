@@ -18,6 +18,7 @@
 #include "proxy_act.h"
 #include "recent_files.h"
 #include "status_reporter.h"
+#include "unsaved_dialog.h"
 #include "word_count.h"
 
 #include <QApplication>
@@ -50,6 +51,9 @@ MainWindow::MainWindow()
     DocumentKind::publishAll(this);
     fillMenus();
     m_statusReporter = std::make_unique<StatusReporter>(statusBar());
+    m_status = new QLabel(this);
+    m_status->setObjectName(QStringLiteral("document_status"));
+    statusBar()->addPermanentWidget(m_status);
     addWordCount(this);
 
     auto* contexts = Zentu::ContextManager::instance();
@@ -160,8 +164,15 @@ void MainWindow::showDocument(Document* document)
     m_guard.add(document);
     // The area goes out of sight with its last document, which is deleted later.
     connect(document, &QObject::destroyed, this, &MainWindow::updateCentre, Qt::QueuedConnection);
+    connect(document, &Document::statusChanged, this, &MainWindow::updateStatus);
     m_centre->setCurrentWidget(m_area);
     m_area->addWindow(document);
+}
+
+void MainWindow::updateStatus()
+{
+    const auto* document = qobject_cast<Document*>(m_area->currentSubWindow());
+    m_status->setText(document ? document->status() : QString());
 }
 
 void MainWindow::updateCentre()
@@ -179,6 +190,7 @@ void MainWindow::onCurrentDocumentChanged(Zentu::IMdiSubWindow* current)
         if (auto* factory = qobject_cast<DocumentFactory*>(object))
             factory->setCurrent(factory->kind() == kind ? document : nullptr);
     }
+    updateStatus();
     if (kind == m_kind)
         return;
     if (!m_kind.isEmpty())
@@ -213,16 +225,25 @@ void MainWindow::restore()
     restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
 }
 
-// A document that refuses to be closed keeps the window open.
+QList<Document*> MainWindow::documents() const
+{
+    QList<Document*> all;
+    const QList<Zentu::IMdiSubWindow*> windows = m_area->subWindows();
+    for (Zentu::IMdiSubWindow* window : windows)
+        all.append(qobject_cast<Document*>(window));
+    return all;
+}
+
+// All are asked for before any is closed.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    const QList<Zentu::IMdiSubWindow*> documents = m_area->subWindows();
-    for (Zentu::IMdiSubWindow* document : documents) {
-        if (!document->close()) {
-            event->ignore();
-            return;
-        }
+    const QList<Document*> all = documents();
+    if (!UnsavedDialog::mayClose(all, this)) {
+        event->ignore();
+        return;
     }
+    for (Document* document : all)
+        document->close();
     QSettings settings;
     settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("window/state"), saveState());

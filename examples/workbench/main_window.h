@@ -11,6 +11,7 @@
 
 class Document;
 class NoticeBar;
+class QLabel;
 class QStackedWidget;
 class StatusReporter;
 
@@ -40,13 +41,16 @@ private:
     void fillMenus();
     void showDocument(Document* document);
     void onCurrentDocumentChanged(Zentu::IMdiSubWindow* current);
+    QList<Document*> documents() const;
     void updateCentre();
+    void updateStatus();
     void chooseFiles();
     void showPreferences();
     void restore();
 
     Zentu::MdiArea* m_area = nullptr;
     QStackedWidget* m_centre = nullptr;
+    QLabel* m_status = nullptr;
     std::unique_ptr<StatusReporter> m_statusReporter;
     DocumentOpener m_opener;
     FileGuard m_guard;

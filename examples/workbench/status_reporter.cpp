@@ -9,8 +9,8 @@
 StatusReporter::StatusReporter(QStatusBar* bar)
     : m_bar(bar)
 {
-    for (const QString& type : {Events::DocumentOpened, Events::DocumentFailed,
-             Events::DocumentClosed, Events::DocumentChanged})
+    const QStringList types = Events::types();
+    for (const QString& type : types)
         subscribe(type);
 }
 
@@ -25,6 +25,10 @@ void StatusReporter::handleEvent(Zentu::IEvent* event)
         m_bar->showMessage(values.value(Events::Message).toString());
     else if (event->type() == Events::DocumentClosed)
         m_bar->showMessage(tr("Closed %1").arg(path));
+    else if (event->type() == Events::DocumentSaved)
+        m_bar->showMessage(tr("Saved %1").arg(path));
+    else if (event->type() == Events::DocumentDeleted)
+        m_bar->showMessage(tr("%1 has been deleted on disk").arg(path));
     else
         m_bar->showMessage(tr("%1 has changed on disk").arg(path));
 }

@@ -2,10 +2,8 @@
 #pragma once
 
 #include "document.h"
+#include "text_file.h"
 
-#include <QByteArray>
-
-class FileChangeBar;
 class FindBar;
 class QPlainTextEdit;
 
@@ -21,32 +19,40 @@ public:
     static TextDocument* open(const QString& path, QString* error);
 
     QPlainTextEdit* editor() const { return m_editor; }
+    QString status() const override;
 
-    /// Writes the file, all of it or nothing. Asks for a name if @p path is empty.
-    bool save(const QString& path);
+    bool hasChanges() const override;
+    bool save() override;
+    void dropChanges() override;
     void saveAs();
     void find();
     void setWordWrap(bool wrap);
     void zoom(int steps);
 
-    void onFileChanged() override;
+    bool onFileChanged() override;
+    void onFileDeleted() override;
 
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    TextDocument(const QString& path, const QByteArray& content, const QString& text);
+    TextDocument(const QString& path, const TextFile& file, const QString& text);
 
-    bool readAgain(QByteArray* content, QString* text);
+    QString text() const;
+    bool saveTo(const QString& path);
+    bool mayOverwrite();
+    bool mayEncode(const QString& text);
     bool maySafelyClose();
+    bool readAgain(TextFile* file, QString* text);
+    void keepMine();
     void reload();
     void showDifference();
+    void markModified(bool modified);
     void applySettings();
 
     QPlainTextEdit* m_editor;
     FindBar* m_findBar;
-    FileChangeBar* m_changeBar;
-    /// What the file held when it was last read or written.
-    QByteArray m_content;
+    TextFile m_file;
+    QString m_lineEnd;
     int m_zoom = 0;
 };

@@ -4,15 +4,10 @@
 
 #include "action_mgr.h"
 #include "actions.h"
-#include "appearance.h"
 #include "context_mgr.h"
 #include "document_factory.h"
-#include "events.h"
 #include "file_change_bar.h"
-#include "ievent.h"
-#include "ievent_handler.h"
 #include "image_document.h"
-#include "main_window.h"
 #include "object_pool.h"
 #include "option_dlg.h"
 #include "proxy_act.h"
@@ -20,6 +15,7 @@
 #include "text_document.h"
 #include "trace_hub.h"
 #include "translations.h"
+#include "workbench_fixture.h"
 
 #include <QAccessible>
 #include <QApplication>
@@ -28,7 +24,6 @@
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QDropEvent>
-#include <QFile>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -37,72 +32,18 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSaveFile>
-#include <QSettings>
 #include <QSpinBox>
-#include <QStandardPaths>
 #include <QTabBar>
-#include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <QTranslator>
 #include <QTreeWidget>
 
-#include <memory>
-
-namespace {
-
-/// Keeps the events that the bus delivers.
-class Listener : public Zentu::IEventHandler
-{
-public:
-    Listener()
-    {
-        for (const QString& type : {Events::DocumentOpened, Events::DocumentFailed,
-                 Events::DocumentClosed, Events::DocumentChanged})
-            subscribe(type);
-    }
-
-    void handleEvent(Zentu::IEvent* event) override
-    {
-        types.append(event->type());
-        last = event->data();
-    }
-
-    QStringList types;
-    QVariantMap last;
-};
-
-Zentu::ProxyAction* action(const QString& id)
-{
-    return Zentu::ProxyActionManager::instance()->getProxyAction(id);
-}
-
-// Answers the next message box.
-void answer(QMessageBox::StandardButton button)
-{
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, qApp, [timer, button] {
-        if (auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget())) {
-            timer->deleteLater();
-            timer->stop();
-            box->button(button)->click();
-        }
-    });
-    timer->start(10);
-}
-
-} // namespace
-
-class WorkbenchTest : public QObject
+class WorkbenchTest : public WorkbenchFixture
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
     void emptyWindowTellsWhatToDo();
     void proxiesShowTheirDefaultsWithoutADocument();
     void keysCopyTextOrThePicture();
@@ -128,86 +69,7 @@ private Q_SLOTS:
     void changedFileIsReloadedKeptOrCompared();
     void unmodifiedTextReloadsByItself();
     void twoReplacementsAreBothSeen();
-
-private:
-    void destroyWindow();
-
-    QString file(const char* name, const QByteArray& content) const
-    {
-        QFile file(m_folder->filePath(QString::fromUtf8(name)));
-        if (file.open(QIODevice::WriteOnly))
-            file.write(content);
-        return file.fileName();
-    }
-
-    QString picture() const
-    {
-        const QString path = m_folder->filePath(QStringLiteral("picture.png"));
-        QPixmap pixmap(400, 300);
-        pixmap.fill(Qt::red);
-        pixmap.save(path);
-        return path;
-    }
-
-    static void replace(const QString& path, const QByteArray& content)
-    {
-        QSaveFile file(path);
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(content);
-        QVERIFY(file.commit());
-    }
-
-    template <typename T>
-    T* current() const
-    {
-        return qobject_cast<T*>(m_window->findChild<Zentu::MdiArea*>()->currentSubWindow());
-    }
-
-    template <typename T>
-    T* child(const char* name) const
-    {
-        return m_window->findChild<T*>(QString::fromLatin1(name));
-    }
-
-    std::unique_ptr<QTemporaryDir> m_folder;
-    std::unique_ptr<MainWindow> m_window;
-    std::unique_ptr<Listener> m_bus;
 };
-
-void WorkbenchTest::initTestCase()
-{
-    QStandardPaths::setTestModeEnabled(true);
-    QApplication::setOrganizationName(QStringLiteral("ZentuKitTest"));
-    QApplication::setApplicationName(QStringLiteral("Workbench"));
-    followAppearanceSetting();
-}
-
-// Settings of its own for every test, also when two of these programs run at once.
-void WorkbenchTest::init()
-{
-    m_folder = std::make_unique<QTemporaryDir>();
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, m_folder->path());
-    m_bus = std::make_unique<Listener>();
-    m_window = std::make_unique<MainWindow>();
-    m_window->show();
-    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
-}
-
-void WorkbenchTest::cleanup()
-{
-    m_bus.reset();
-    destroyWindow();
-}
-
-// The registries do not know that their actions go with the window.
-void WorkbenchTest::destroyWindow()
-{
-    m_window.reset();
-    delete Zentu::ProxyActionManager::instance();
-    delete Zentu::ContextManager::instance();
-    delete Zentu::ActionManager::instance();
-    QVERIFY(Zentu::ObjectPool::instance()->allObjects().isEmpty());
-}
 
 void WorkbenchTest::emptyWindowTellsWhatToDo()
 {
@@ -417,9 +279,7 @@ void WorkbenchTest::modifiedDocumentIsMarkedSavedAndClosed()
     QVERIFY(action(Ids::Save)->isEnabled());
     QTest::keyClick(m_window.get(), Qt::Key_S, Qt::ControlModifier);
     QCOMPARE(m_window->findChild<QTabBar*>()->tabText(0), QStringLiteral("a.txt"));
-    QFile saved(path);
-    QVERIFY(saved.open(QIODevice::ReadOnly));
-    QCOMPARE(saved.readAll(), QByteArray("more text"));
+    QCOMPARE(content(path), QByteArray("more text"));
     QVERIFY(!action(Ids::Save)->isEnabled());
     QTest::keyClick(m_window.get(), Qt::Key_W, Qt::ControlModifier);
     QCOMPARE(m_window->findChild<QTabBar*>()->count(), 0);
@@ -429,14 +289,14 @@ void WorkbenchTest::refusedCloseKeepsDocumentAndWindow()
 {
     m_window->open({file("a.txt", "text")});
     QTest::keyClicks(current<TextDocument>()->editor(), QStringLiteral("x"));
-    answer(QMessageBox::Cancel);
+    answer(QDialogButtonBox::Cancel);
     QTest::keyClick(m_window.get(), Qt::Key_W, Qt::ControlModifier);
     QCOMPARE(m_window->findChild<QTabBar*>()->count(), 1);
-    answer(QMessageBox::Cancel);
+    answer(QDialogButtonBox::Cancel);
     QVERIFY(!m_window->close());
     QVERIFY(m_window->isVisible());
     QVERIFY(!m_bus->types.contains(Events::DocumentClosed));
-    answer(QMessageBox::Discard);
+    answer(QDialogButtonBox::Discard);
     QVERIFY(m_window->close());
     QVERIFY(m_bus->types.contains(Events::DocumentClosed));
 }
@@ -501,7 +361,8 @@ void WorkbenchTest::tabsShowShortTitlesAndWholePaths()
     m_window->open({path});
     const QTabBar* const tabs = m_window->findChild<QTabBar*>();
     QCOMPARE(tabs->tabText(0), QStringLiteral("a.txt"));
-    QVERIFY2(tabs->tabToolTip(0).startsWith(path), qPrintable(tabs->tabToolTip(0)));
+    QVERIFY2(tabs->tabToolTip(0).startsWith(QStringLiteral("a.txt - ") + m_folder->path()),
+        qPrintable(tabs->tabToolTip(0)));
     QVERIFY(!tabs->tabIcon(0).isNull());
 }
 
