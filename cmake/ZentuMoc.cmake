@@ -3,7 +3,10 @@
 
 function(zentu_moc_rule target source output)
   get_filename_component(source "${source}" ABSOLUTE)
+  # Without the folder of the output: moc would find what it made the time before, and ninja a circle.
+  get_filename_component(own "${output}" DIRECTORY)
   set(folders "$<REMOVE_DUPLICATES:$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>>")
+  set(folders "$<FILTER:${folders},EXCLUDE,^${own}$>")
   set(definitions "$<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>")
   add_custom_command(OUTPUT "${output}"
     COMMAND Qt5::moc --no-notes --output-dep-file --dep-file-path "${output}.d"

@@ -32,3 +32,8 @@ zentu_test(mdi_area_random LABELS x11)
 # What was freed is overwritten, so that reading it shows without a sanitizer too.
 zentu_test(deleted_in_callback)
 set_property(TEST deleted_in_callback APPEND PROPERTY ENVIRONMENT MALLOC_PERTURB_=165)
+zentu_test(line_reader LIBRARIES zentu_inspect_model)
+target_compile_definitions(tst_line_reader PRIVATE
+  ZENTU_MESSAGES="${PROJECT_SOURCE_DIR}/docs/messages.md")
+zentu_test(program LIBRARIES zentu_inspect_model)
+zentu_test(inspect_random LIBRARIES zentu_inspect_model)
