@@ -8,7 +8,10 @@ function(zentu_moc_rule target source output)
   set(folders "$<REMOVE_DUPLICATES:$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>>")
   set(folders "$<FILTER:${folders},EXCLUDE,^${own}$>")
   set(definitions "$<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>")
+  # Removed first: moc reads what the source includes, and so would name its own output among the files
+  # that this depends on.
   add_custom_command(OUTPUT "${output}"
+    COMMAND "${CMAKE_COMMAND}" -E rm -f "${output}"
     COMMAND Qt5::moc --no-notes --output-dep-file --dep-file-path "${output}.d"
       "$<$<BOOL:${folders}>:-I$<JOIN:${folders},;-I>>"
       "$<$<BOOL:${definitions}>:-D$<JOIN:${definitions},;-D>>"
