@@ -16,7 +16,10 @@ set(zentu_classes
   option_dlg.h IOptionPage
   option_dlg.h OptionDialog
   proxy_act.h ProxyAction
-  proxy_act.h ProxyActionManager)
+  proxy_act.h ProxyActionManager
+  zentu_host.h DocumentActions
+  zentu_host.h DocumentNavigator
+  zentu_host.h FileReloader)
 
 # Writes a header that includes others.
 function(zentu_forward file)

@@ -37,3 +37,7 @@ target_compile_definitions(tst_line_reader PRIVATE
   ZENTU_MESSAGES="${PROJECT_SOURCE_DIR}/docs/messages.md")
 zentu_test(program LIBRARIES zentu_inspect_model)
 zentu_test(inspect_random LIBRARIES zentu_inspect_model)
+zentu_test(document_actions)
+zentu_test(follow_contexts)
+zentu_test(file_reloader)
+zentu_test(process_command_line)
