@@ -83,7 +83,7 @@ install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE ${ZENTU_QCH}
 install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT development
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
   PATTERN man EXCLUDE PATTERN abi EXCLUDE)
-install(DIRECTORY examples/guide DESTINATION "${documents}/libzentukit-dev/examples"
+install(DIRECTORY examples/guide examples/tutorial DESTINATION "${documents}/libzentukit-dev/examples"
   COMPONENT development FILES_MATCHING PATTERN "*.cpp")
 
 # Compressed, as Debian has them and every man program reads them; without a time, so that equal files
