@@ -57,6 +57,13 @@ private:
     QVariantMap m_data;
 };
 
+/// What an event is shown as, item by item, for a stream that puts no blanks between them.
+template <typename Stream>
+void describe(Stream& stream, const IEvent& event)
+{
+    stream << "IEvent(" << static_cast<const void*>(&event) << ", type = " << event.type() << ")";
+}
+
 /**
  * Writes an event as `IEvent(0x..., type = "name")`, a null event as `IEvent(0x0)`.
  *
@@ -66,8 +73,7 @@ private:
 inline QDebug operator<<(QDebug dbg, const IEvent* event)
 {
     if (event) {
-        dbg.nospace() << "IEvent(" << static_cast<const void*>(event)
-                      << ", type = " << event->type() << ")";
+        describe(dbg.nospace(), *event);
     } else {
         dbg << "IEvent(0x0)";
     }

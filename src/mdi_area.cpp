@@ -61,21 +61,6 @@ void IMdiSubWindow::closeEvent(QCloseEvent* event)
     Q_EMIT closed();
 }
 
-QDebug operator<<(QDebug dbg, const IMdiSubWindow* window)
-{
-    dbg.nospace();
-    if (window) {
-        dbg << "MdiWindow(" << static_cast<const void*>(window);
-        const QString title = window->shortTitle();
-        if (!title.isEmpty())
-            dbg << ", " << title;
-        dbg << ")";
-    } else {
-        dbg << "MdiWindow(0x0)";
-    }
-    return dbg.space();
-}
-
 _mdi_area_private::_mdi_area_private(MdiArea* area)
     : q(area)
     , mdiArea(new QMdiArea(area))

@@ -15,16 +15,6 @@
 
 namespace Zentu {
 
-QDebug operator<<(QDebug dbg, const IOptionPage* page)
-{
-    // A null page leaves the stream in the mode it is in.
-    if (!page)
-        return dbg << "IOptionPage(0x0)";
-    dbg.nospace() << "IOptionPage(" << static_cast<const void*>(page)
-                  << ", category = " << page->category().join(QLatin1Char('/')) << ")";
-    return dbg.space();
-}
-
 QTreeWidgetItem* findChildItemByText(QTreeWidgetItem* parent, const QString& text)
 {
     for (int index = 0; index < parent->childCount(); ++index) {

@@ -10,27 +10,212 @@
 #include <QMetaEnum>
 #include <QWidget>
 
+#include <algorithm>
+#include <charconv>
+#include <cstring>
+#include <iterator>
+
 namespace Zentu {
 
-using namespace std::string_view_literals;
-using Ascii = wisp::item_text::Ascii;
-using Labelled = wisp::item_text::Labelled;
-
-static const void* address(const void* object)
+static bool isAscii(char c)
 {
-    return object;
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+// Whether QDebug writes a character as it is: if it prints in Latin-1, but is no quote and no
+// backslash.
+static bool isPlain(QChar c)
+{
+    const ushort code = c.unicode();
+    return code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
+                       : code >= 0xa0 && code <= 0xff && code != 0xad;
+}
+
+TraceText& TraceText::operator<<(char ascii)
+{
+    m_text.append(ascii);
+    return *this;
+}
+
+TraceText& TraceText::operator<<(const char* text)
+{
+    if (!text)
+        return *this;
+    const char* const end = text + std::strlen(text);
+    if (!std::all_of(text, end, isAscii))
+        return byDebug(text);
+    m_text.append(text, static_cast<int>(end - text));
+    return *this;
+}
+
+TraceText& TraceText::operator<<(const QString& string)
+{
+    if (!std::all_of(string.begin(), string.end(), isPlain))
+        return byDebug(string);
+    const auto begin = m_text.size();
+    m_text.resize(begin + string.size() + 2);
+    char* to = m_text.data() + begin;
+    *to++ = '"';
+    to = std::transform(
+        string.begin(), string.end(), to, [](QChar c) { return static_cast<char>(c.unicode()); });
+    *to = '"';
+    return *this;
+}
+
+TraceText& TraceText::operator<<(const QStringList& list)
+{
+    // Each Qt has a name of its own for a list, or none.
+    static const QByteArray empty = [] {
+        QString text;
+        QDebug(&text).nospace() << QStringList();
+        return text.toLatin1();
+    }();
+    m_text.append(empty.constData(), empty.size() - 1);
+    const char* separator = "";
+    for (const QString& string : list) {
+        *this << separator << string;
+        separator = ", ";
+    }
+    return *this << ')';
+}
+
+TraceText& TraceText::operator<<(int number)
+{
+    return appendNumber(number, 10);
+}
+
+TraceText& TraceText::operator<<(const void* address)
+{
+    *this << "0x";
+    return appendNumber(reinterpret_cast<quintptr>(address), 16);
+}
+
+template <typename T>
+TraceText& TraceText::byDebug(const T& item)
+{
+    QString text;
+    QDebug(&text).nospace() << item;
+    const QByteArray latin1 = text.toLatin1();
+    m_text.append(latin1.constData(), latin1.size());
+    return *this;
+}
+
+template <typename Number>
+TraceText& TraceText::appendNumber(Number number, int base)
+{
+    char digits[24];
+    const char* const end = std::to_chars(std::begin(digits), std::end(digits), number, base).ptr;
+    m_text.append(digits, static_cast<int>(end - digits));
+    return *this;
+}
+
+void TraceText::send()
+{
+    m_text.append('\0');
+    wisp::logger::instance()->log(wisp::LogInfo, m_text.constData());
+}
+
+// What our classes, and then those of Qt that the trace is full of, are shown as.
+
+template <typename Stream>
+static void describe(Stream& stream, const IMdiSubWindow& window)
+{
+    stream << "MdiWindow(" << static_cast<const void*>(&window);
+    const QString title = window.shortTitle();
+    if (!title.isEmpty())
+        stream << ", " << title;
+    stream << ")";
+}
+
+template <typename Stream>
+static void describe(Stream& stream, const IOptionPage& page)
+{
+    stream << "IOptionPage(" << static_cast<const void*>(&page)
+           << ", category = " << page.category().join(QLatin1Char('/')) << ")";
+}
+
+static void describe(TraceText& text, const QObject& object, const char* beforeName = ", name = ")
+{
+    text << object.metaObject()->className() << '(' << static_cast<const void*>(&object);
+    const QString name = object.objectName();
+    if (!name.isEmpty())
+        text << beforeName << name;
+    text << ')';
+}
+
+static void describe(TraceText& text, const QWidget& widget)
+{
+    describe(text, widget, ", name=");
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+static void describe(TraceText& text, const QAction& action)
+{
+    static const QMetaEnum roles = QMetaEnum::fromType<QAction::MenuRole>();
+
+    text << "QAction(" << static_cast<const void*>(&action) << " text=" << action.text();
+    const QString toolTip = action.toolTip();
+    if (!toolTip.isEmpty())
+        text << " toolTip=" << toolTip;
+    if (action.isCheckable())
+        text << " checked=" << (action.isChecked() ? "true" : "false");
+    // Not empty, a shortcut can still have no text, and a role can have no name.
+    const QKeySequence shortcut = action.shortcut();
+    if (!shortcut.isEmpty())
+        text << " shortcut=QKeySequence(" << shortcut.toString() << ')';
+    text << " menuRole=";
+    if (const char* const role = roles.valueToKey(action.menuRole()))
+        text << role;
+    else
+        text << static_cast<int>(action.menuRole());
+    text << " visible=" << (action.isVisible() ? "true)" : "false)");
+}
+#else
+// What is shown of an action has changed more than once in this Qt.
+static void describe(TraceText& text, const QAction& action)
+{
+    text.byDebug(&action);
+}
+#endif
+
+QDebug operator<<(QDebug dbg, const IMdiSubWindow* window)
+{
+    dbg.nospace();
+    if (window)
+        describe(dbg, *window);
+    else
+        dbg << "MdiWindow(0x0)";
+    return dbg.space();
+}
+
+QDebug operator<<(QDebug dbg, const IOptionPage* page)
+{
+    // A null page leaves the stream in the mode it is in.
+    if (!page)
+        return dbg << "IOptionPage(0x0)";
+    describe(dbg.nospace(), *page);
+    return dbg.space();
 }
 
 Trace::~Trace()
 {
-    m_text.send(wisp::LogInfo);
+    m_text.send();
 }
 
-template <typename... Parts>
-Trace& Trace::item(const Parts&... parts)
+template <typename T>
+Trace& Trace::item(const T& item)
 {
-    m_text.write(parts...);
+    m_text << item << ' ';
     return *this;
+}
+
+template <typename T>
+Trace& Trace::described(const T* object, const char* null)
+{
+    if (!object)
+        return item(null);
+    describe(m_text, *object);
+    return item("");
 }
 
 Trace& Trace::operator<<(const char* text)
@@ -55,44 +240,24 @@ Trace& Trace::operator<<(int number)
 
 Trace& Trace::operator<<(const QObject* object)
 {
-    return item(object);
+    return described(object, "QObject(0x0)");
 }
 
 Trace& Trace::operator<<(const QWidget* widget)
 {
-    if (!widget)
-        return item("QWidget(0x0)"sv);
-    return item(widget->metaObject()->className(), '(', address(widget),
-        Labelled{", name=", widget->objectName()}, ')');
+    return described(widget, "QWidget(0x0)");
 }
 
 Trace& Trace::operator<<(const QAction* action)
 {
-    static const QMetaEnum roles = QMetaEnum::fromType<QAction::MenuRole>();
-
-    // The zero behind the address of a null action is Qt's.
-    if (!action)
-        return item("QAction("sv, address(action), "0)"sv);
-    const Ascii checked = action->isChecked() ? " checked=true"sv : " checked=false"sv;
-    // Not empty, a shortcut can still have no text, and a role can have no name.
-    const QKeySequence shortcut = action->shortcut();
-    const bool hasShortcut = !shortcut.isEmpty();
-    const QString keys = hasShortcut ? shortcut.toString() : QString();
-    const char* const role = roles.valueToKey(action->menuRole());
-    const QByteArray number = role ? QByteArray() : QByteArray::number(action->menuRole());
-    return item("QAction("sv, address(action), " text="sv, action->text(),
-        Labelled{" toolTip=", action->toolTip()}, action->isCheckable() ? checked : ""sv,
-        Labelled{" shortcut=QKeySequence(", keys, hasShortcut}, hasShortcut ? ")"sv : ""sv,
-        " menuRole="sv, role ? Ascii(role) : Ascii(number.constData()),
-        action->isVisible() ? " visible=true)"sv : " visible=false)"sv);
+    // The zero behind the address is Qt's.
+    return described(action, "QAction(0x00)");
 }
 
 Trace& Trace::operator<<(const IEvent* event)
 {
     // Qt's spacing leaves two blanks behind a null event.
-    if (!event)
-        return item("IEvent(0x0) "sv);
-    return item("IEvent("sv, address(event), ", type = "sv, event->type(), ')');
+    return described(event, "IEvent(0x0) ");
 }
 
 Trace& Trace::operator<<(const IEventHandler* handler)
@@ -102,17 +267,12 @@ Trace& Trace::operator<<(const IEventHandler* handler)
 
 Trace& Trace::operator<<(const IMdiSubWindow* window)
 {
-    if (!window)
-        return item("MdiWindow(0x0)"sv);
-    return item("MdiWindow("sv, address(window), Labelled{", ", window->shortTitle()}, ')');
+    return described(window, "MdiWindow(0x0)");
 }
 
 Trace& Trace::operator<<(const IOptionPage* page)
 {
-    if (!page)
-        return item("IOptionPage(0x0)"sv);
-    return item("IOptionPage("sv, address(page), ", category = "sv,
-        page->category().join(QLatin1Char('/')), ')');
+    return described(page, "IOptionPage(0x0)");
 }
 
 } // namespace Zentu
