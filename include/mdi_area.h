@@ -26,9 +26,13 @@ class _mdi_area_private;
  * area->addWindow(document);
  * @endcode
  *
- * A document that has been closed deletes itself later, as `Qt::WA_DeleteOnClose` is set. To refuse
- * a close, override closeEvent() and ignore the event without calling this implementation. For the
- * GUI thread only.
+ * A document that has been closed deletes itself later, as `Qt::WA_DeleteOnClose` is set. Without
+ * that attribute a closed document has no tab, but is still one of MdiArea::subWindows(): call
+ * MdiArea::removeWindow() before you add it again.
+ *
+ * To refuse a close, override closeEvent() and ignore the event without calling this
+ * implementation. To accept it, call this implementation: after `accept()` alone nobody hears of
+ * the close, and the document leaves its tab behind. For the GUI thread only.
  */
 class ZENTU_EXPORT IMdiSubWindow : public QMdiSubWindow
 {
@@ -50,15 +54,23 @@ public:
     /// tab follows. Does nothing if @p title is the one that is already set.
     void setShortTitle(const QString& title);
 
-    /// The area that shows the document, or null.
+    /// The area that shows the document, or null. An area that is being destroyed owns none.
     MdiArea* ownerArea() const;
 
-    /// Called by the area when the document becomes (true) or stops being (false) the current one.
-    /// Does nothing by default.
+    /**
+     * Called by the area when the document becomes (true) or stops being (false) the current one.
+     * Does nothing by default.
+     *
+     * Another document may be activated here: then the innermost activation holds, and those that
+     * it has overtaken tell nobody any more. Neither a document nor the window of the area may be
+     * deleted here, not in an event loop that runs here either, as Qt still looks at both: use
+     * `deleteLater()`, and show questions from the event loop.
+     */
     virtual void currentChanged(bool current);
 
 Q_SIGNALS:
-    /// The document was closed: the close has been accepted.
+    /// The document was closed: the close has been accepted. Emitted by each close() that is, so
+    /// twice if it is called twice before the document is deleted.
     void closed();
 
 protected:
@@ -88,7 +100,8 @@ ZENTU_EXPORT QDebug operator<<(QDebug dbg, const IMdiSubWindow* window);
  * document's system menu. Tabs can be dragged into another order.
  *
  * Documents are added with addWindow(), belong to the area from then on, and leave it when they are
- * closed or removed. A document that is deleted in any other way leaves its tab behind.
+ * closed or removed. A document that is deleted in any other way leaves its tab behind, which does
+ * nothing any more.
  *
  * For the GUI thread only. No operation but those that say so checks for null.
  */
@@ -107,7 +120,8 @@ public:
      * Adds @p window with a tab at the end and shows it; the first document of an empty area is
      * shown maximized.
      *
-     * If it is in the area, warns "add view:" ... "already added" and changes nothing.
+     * If it is in the area, warns "add view:" ... "already added" and changes nothing. If it is in
+     * another area, remove it there first, or that one keeps its tab.
      */
     void addWindow(IMdiSubWindow* window);
 
@@ -126,7 +140,8 @@ public:
     /// ... "not belong to this area" and changes nothing.
     void setCurrentSubWindow(IMdiSubWindow* window);
 
-    /// The document that was last reported by currentSubWindowChanged(). Null by default.
+    /// The document that was last reported by currentSubWindowChanged(), also if it was deleted
+    /// since without being closed. Null by default.
     IMdiSubWindow* currentSubWindow() const;
 
     /// The documents in the order in which they were added, whatever the order of the tabs.

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "mdi_area.h"
 
-#include "link_p.h"
 #include "mdi_area_p.h"
 #include "trace_p.h"
 
@@ -14,7 +13,7 @@
 #include <QVariant>
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 namespace Zentu {
 
@@ -54,8 +53,10 @@ void IMdiSubWindow::currentChanged(bool /*current*/) { }
 void IMdiSubWindow::closeEvent(QCloseEvent* event)
 {
     Trace() << this << "try to close";
+    // Other documents are told before Qt returns, and can delete this one.
+    const QPointer<QObject> alive(this);
     QMdiSubWindow::closeEvent(event);
-    if (!event->isAccepted())
+    if (!alive || !event->isAccepted())
         return;
     qInfo() << this << "closed";
     Q_EMIT closed();
@@ -77,29 +78,28 @@ _mdi_area_private::_mdi_area_private(MdiArea* area)
     tabBar->setContextMenuPolicy(Qt::CustomContextMenu);
 }
 
-using TabBarLink = Link<QTabBar, _mdi_area_private>;
-
-// In the order in which they are made and broken.
-static const std::array<TabBarLink, 3>& tabBarLinks()
+_mdi_area_private::~_mdi_area_private()
 {
-    static const std::array<TabBarLink, 3> links = {
-        TabBarLink{SIGNAL(currentChanged(int)), SLOT(onCurrentTabChanged(int))},
-        TabBarLink{SIGNAL(tabCloseRequested(int)), SLOT(onTabClosedRequest(int))},
-        TabBarLink{SIGNAL(customContextMenuRequested(QPoint)),
-            SLOT(onTabBarContextMenuRequested(QPoint))}};
-    return links;
+    for (IMdiSubWindow* document : qAsConst(documents)) {
+        if (document && document->m_ownerArea == q)
+            document->m_ownerArea = nullptr;
+    }
 }
 
 void _mdi_area_private::connectTabbar()
 {
-    for (const TabBarLink& link : tabBarLinks())
-        link.connect(tabBar, this);
+    connect(tabBar, SIGNAL(currentChanged(int)), this, SLOT(onCurrentTabChanged(int)));
+    connect(tabBar, SIGNAL(tabCloseRequested(int)), this, SLOT(onTabClosedRequest(int)));
+    connect(tabBar, SIGNAL(customContextMenuRequested(QPoint)), this,
+        SLOT(onTabBarContextMenuRequested(QPoint)));
 }
 
 void _mdi_area_private::disconnectTabbar()
 {
-    for (const TabBarLink& link : tabBarLinks())
-        link.disconnect(tabBar, this);
+    disconnect(tabBar, SIGNAL(currentChanged(int)), this, SLOT(onCurrentTabChanged(int)));
+    disconnect(tabBar, SIGNAL(tabCloseRequested(int)), this, SLOT(onTabClosedRequest(int)));
+    disconnect(tabBar, SIGNAL(customContextMenuRequested(QPoint)), this,
+        SLOT(onTabBarContextMenuRequested(QPoint)));
 }
 
 bool _mdi_area_private::contains(const IMdiSubWindow* window) const
@@ -122,13 +122,19 @@ void _mdi_area_private::addWindow(IMdiSubWindow* window)
     tabBar->setTabData(index, QVariant::fromValue(static_cast<void*>(window)));
     connectTabbar();
 
+    documents.removeAll(nullptr);
+    documents.append(window);
     window->m_ownerArea = q;
     window->installEventFilter(this);
     connect(window, SIGNAL(closed()), this, SLOT(onSubWindowClosed()));
 
+    // Documents are told what is current on the way, and can delete the area or the window.
+    const QPointer<QObject> alive(this);
+    const QPointer<QObject> added(window);
     mdiArea->addSubWindow(window);
-    window->show();
-    if (mdiArea->subWindowList(QMdiArea::CreationOrder).size() == 1)
+    if (added)
+        window->show();
+    if (alive && added && mdiArea->subWindowList(QMdiArea::CreationOrder).size() == 1)
         window->showMaximized();
 }
 
@@ -140,8 +146,10 @@ void _mdi_area_private::removeWindow(IMdiSubWindow* window)
     }
     qInfo() << q << "remove view:" << window;
     release(window);
+    const QPointer<QObject> alive(this);
     mdiArea->removeSubWindow(window);
-    removeTab(window);
+    if (alive)
+        removeTab(window);
 }
 
 void _mdi_area_private::removeTab(IMdiSubWindow* window)
@@ -151,8 +159,16 @@ void _mdi_area_private::removeTab(IMdiSubWindow* window)
     connectTabbar();
 }
 
+void _mdi_area_private::showTab(IMdiSubWindow* window)
+{
+    disconnectTabbar();
+    tabBar->setCurrentIndex(window2tab(window));
+    connectTabbar();
+}
+
 void _mdi_area_private::release(IMdiSubWindow* window)
 {
+    documents.removeAll(window);
     window->m_ownerArea = nullptr;
     window->removeEventFilter(this);
     disconnect(window, nullptr, this, nullptr);
@@ -174,45 +190,69 @@ int _mdi_area_private::window2tab(IMdiSubWindow* window)
     return -1;
 }
 
+// The document of a tab, or null if it has died.
+IMdiSubWindow* _mdi_area_private::livingDocumentAt(int index)
+{
+    IMdiSubWindow* const window = index == -1 ? nullptr : tab2window(index);
+    const auto it = std::find(documents.cbegin(), documents.cend(), window);
+    return it == documents.cend() ? nullptr : window;
+}
+
+// A document that is told may activate another one, which then holds, or delete itself, the other
+// one or the area.
 void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
 {
     Trace() << q << "active window:" << qobject_cast<IMdiSubWindow*>(window);
     auto* const activated = qobject_cast<IMdiSubWindow*>(mdiArea->currentSubWindow());
-    if (activated == current)
+    const bool isBack = activated == current && std::exchange(isLeaving, false);
+    if (activated == current && !isBack) {
+        currentGuard = activated;
         return;
+    }
 
-    qInfo() << q << "current window changed:" << activated;
-    // One that is being destroyed may be no document any more.
-    if (auto* const previous = qobject_cast<IMdiSubWindow*>(currentGuard.data()))
-        previous->currentChanged(false);
-    current = activated;
-    currentGuard = activated;
+    const auto isOvertaken = [this, alive = QPointer<QObject>(this), own = ++changes,
+                                 hasTarget = activated != nullptr,
+                                 target = QPointer<QObject>(activated)] {
+        return !alive || changes != own || (hasTarget && !target);
+    };
+    if (!isBack) {
+        qInfo() << q << "current window changed:" << activated;
+        // One that is being destroyed may be no document any more.
+        if (auto* const previous = qobject_cast<IMdiSubWindow*>(currentGuard.data())) {
+            isLeaving = true;
+            previous->currentChanged(false);
+            if (isOvertaken())
+                return;
+            isLeaving = false;
+        }
+        current = activated;
+        currentGuard = activated;
+    }
     if (activated)
         activated->currentChanged(true);
-
-    disconnectTabbar();
-    tabBar->setCurrentIndex(window2tab(activated));
-    connectTabbar();
-    Q_EMIT q->currentSubWindowChanged(activated);
+    if (isOvertaken())
+        return;
+    showTab(activated);
+    if (!isBack)
+        Q_EMIT q->currentSubWindowChanged(activated);
 }
 
 void _mdi_area_private::onCurrentTabChanged(int index)
 {
-    if (index != -1)
-        mdiArea->setActiveSubWindow(tab2window(index));
+    if (IMdiSubWindow* const window = livingDocumentAt(index))
+        mdiArea->setActiveSubWindow(window);
 }
 
 void _mdi_area_private::onTabClosedRequest(int index)
 {
-    if (index != -1)
-        tab2window(index)->close();
+    if (IMdiSubWindow* const window = livingDocumentAt(index))
+        window->close();
 }
 
 void _mdi_area_private::onTabBarContextMenuRequested(const QPoint& pos)
 {
-    const int index = tabBar->tabAt(pos);
-    if (index != -1)
-        tab2window(index)->systemMenu()->exec(tabBar->mapToGlobal(pos));
+    if (IMdiSubWindow* const window = livingDocumentAt(tabBar->tabAt(pos)))
+        window->systemMenu()->exec(tabBar->mapToGlobal(pos));
 }
 
 // The document deletes itself, and the inner area drops it then.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 
@@ -21,6 +22,7 @@ class _mdi_area_private : public QObject
 
 public:
     explicit _mdi_area_private(MdiArea* area);
+    ~_mdi_area_private() override;
 
     void addWindow(IMdiSubWindow* window);
     void removeWindow(IMdiSubWindow* window);
@@ -46,13 +48,21 @@ public:
     QMdiArea* mdiArea;
     QTabBar* tabBar;
     IMdiSubWindow* current = nullptr;
-    /// Whether #current can still be called: nobody tells when a document dies without being
-    /// closed.
-    QPointer<QObject> currentGuard;
 
 private:
+    IMdiSubWindow* livingDocumentAt(int index);
     void removeTab(IMdiSubWindow* window);
+    void showTab(IMdiSubWindow* window);
     void release(IMdiSubWindow* window);
+
+    // Nobody tells when a document dies without being closed, and another one can be created at
+    // its address: these tell whether #current, and what a tab stands for, can still be called.
+    QPointer<QObject> currentGuard;
+    QList<QPointer<IMdiSubWindow>> documents;
+    // Counted so that a change of the current document notices that another one has overtaken it.
+    int changes = 0;
+    // Whether the current document is just being told that it is not current any more.
+    bool isLeaving = false;
 };
 
 } // namespace Zentu

@@ -1,16 +1,22 @@
 // SPDX-License-Identifier: MIT
+#include "mdi_area.h"
 #include "proxy_act.h"
 
 #include "recorder.h"
 
+#include <QCloseEvent>
+#include <QMdiArea>
 #include <QPointer>
+#include <QSignalBlocker>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <functional>
+#include <memory>
+#include <utility>
 
 using namespace Support;
-using Zentu::ProxyAction;
-using Zentu::ProxyActionManager;
+using namespace Zentu;
 
 namespace {
 
@@ -47,6 +53,51 @@ void proxyDeletedInItsSignals(const std::function<void(ProxyAction*, QAction*)>&
     QVERIFY(!proxy);
     backend.setText(QStringLiteral("alone"));
 }
+
+/// A document that calls functions, once each.
+class Document : public IMdiSubWindow
+{
+public:
+    void currentChanged(bool current) override
+    {
+        if (const auto call = std::exchange(current ? onCurrent : onNotCurrent, {}))
+            call();
+    }
+
+    std::function<void()> onCurrent;
+    std::function<void()> onNotCurrent;
+};
+
+/// An area with the documents a and b, of which b is current.
+struct Desk
+{
+    Desk()
+    {
+        area->addWindow(a);
+        area->addWindow(b);
+        area->show();
+        inner = area->findChild<QMdiArea*>();
+    }
+    ~Desk() { delete area; }
+    Q_DISABLE_COPY(Desk)
+
+    // Qt itself reads what is deleted while it activates a window, so the area hears of it later.
+    void activate(IMdiSubWindow* document) const
+    {
+        QVERIFY(QTest::qWaitForWindowActive(area));
+        {
+            const QSignalBlocker blocker(inner);
+            inner->setActiveSubWindow(document);
+        }
+        QVERIFY(QMetaObject::invokeMethod(
+            inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, document)));
+    }
+
+    QPointer<MdiArea> area = new MdiArea;
+    QPointer<Document> a = new Document;
+    QPointer<Document> b = new Document;
+    QMdiArea* inner = nullptr;
+};
 
 const Case Cases[] = {
     {"proxy in its changed()",
@@ -101,6 +152,82 @@ const Case Cases[] = {
             QVERIFY(!manager);
             QCOMPARE(first.currentActiveBackendAction(), &backend);
             QVERIFY(second.currentContext().isEmpty());
+        }},
+    {"area in currentChanged(true)",
+        [] {
+            Desk desk;
+            desk.a->onCurrent = [&] { delete desk.area; };
+            desk.activate(desk.a);
+            QVERIFY(!desk.area);
+        }},
+    {"area in currentChanged(false)",
+        [] {
+            Desk desk;
+            desk.b->onNotCurrent = [&] { delete desk.area; };
+            desk.activate(desk.a);
+            QVERIFY(!desk.area);
+        }},
+    {"area in currentSubWindowChanged()",
+        [] {
+            Desk desk;
+            once(desk.area.data(), &MdiArea::currentSubWindowChanged, [&] { delete desk.area; });
+            desk.activate(desk.a);
+            QVERIFY(!desk.area);
+        }},
+    {"document in its currentChanged(true)",
+        [] {
+            Desk desk;
+            const QSignalSpy changes(desk.area, &MdiArea::currentSubWindowChanged);
+            desk.a->onCurrent = [&] {
+                const QSignalBlocker blocker(desk.inner);
+                delete desk.a;
+            };
+            desk.activate(desk.a);
+            QVERIFY(!desk.a);
+            QVERIFY(changes.isEmpty());
+        }},
+    {"document that becomes current in the currentChanged(false) of another one",
+        [] {
+            Desk desk;
+            const QSignalSpy changes(desk.area, &MdiArea::currentSubWindowChanged);
+            desk.b->onNotCurrent = [&] {
+                const QSignalBlocker blocker(desk.inner);
+                delete desk.a;
+            };
+            desk.activate(desk.a);
+            QVERIFY(!desk.a);
+            QVERIFY(changes.isEmpty());
+        }},
+    {"document in its currentChanged(false)",
+        [] {
+            Desk desk;
+            desk.b->onNotCurrent = [&] { delete desk.b; };
+            desk.activate(desk.a);
+            QVERIFY(!desk.b);
+            QCOMPARE(desk.area->currentSubWindow(), desk.a.data());
+        }},
+    {"document while another one becomes current as it closes",
+        [] {
+            Desk desk;
+            const QSignalSpy closed(desk.b, &IMdiSubWindow::closed);
+            desk.a->onCurrent = [&] { delete desk.b; };
+            desk.b->close();
+            QVERIFY(!desk.b);
+            QVERIFY(closed.isEmpty());
+        }},
+    {"document in its closed()",
+        [] {
+            Desk desk;
+            once(desk.b.data(), &IMdiSubWindow::closed, [&] { delete desk.b; });
+            desk.b->close();
+            QVERIFY(!desk.b);
+        }},
+    {"area in a document's closed()",
+        [] {
+            Desk desk;
+            once(desk.b.data(), &IMdiSubWindow::closed, [&] { delete desk.area; });
+            desk.b->close();
+            QVERIFY(!desk.area);
         }},
 };
 

@@ -6,10 +6,12 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QEventLoop>
 #include <QMdiArea>
 #include <QMenu>
 #include <QMetaMethod>
 #include <QPointer>
+#include <QRegularExpression>
 #include <QSignalSpy>
 #include <QTabBar>
 #include <QTest>
@@ -17,9 +19,11 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <cstddef>
 #include <cstring>
 #include <functional>
 #include <memory>
+#include <utility>
 
 using namespace Support;
 using namespace Zentu;
@@ -39,19 +43,16 @@ public:
 
     void currentChanged(bool current) override
     {
-        if (!m_log)
-            return;
-        const MdiArea* area = ownerArea();
-        const auto* tabs = area ? area->findChild<QTabBar*>() : nullptr;
-        m_log->append(
-            QStringLiteral("%1 %2, current %3, tab %4")
-                .arg(shortTitle(), current ? QStringLiteral("on") : QStringLiteral("off"),
-                    area && area->currentSubWindow() ? area->currentSubWindow()->shortTitle()
-                                                     : QStringLiteral("none"))
-                .arg(tabs ? tabs->currentIndex() : -2));
+        if (m_log)
+            log(current);
+        if (const auto call = std::exchange(current ? onCurrent : onNotCurrent, {}))
+            call();
     }
 
     bool refuses = false;
+    // Called once.
+    std::function<void()> onCurrent;
+    std::function<void()> onNotCurrent;
     QList<QEvent::Type> seen;
     std::function<void()> onParentChange;
     std::function<void()> onConnected;
@@ -88,7 +89,54 @@ protected:
     }
 
 private:
+    void log(bool current)
+    {
+        const MdiArea* area = ownerArea();
+        const auto* tabs = area ? area->findChild<QTabBar*>() : nullptr;
+        m_log->append(
+            QStringLiteral("%1 %2, current %3, tab %4")
+                .arg(shortTitle(), current ? QStringLiteral("on") : QStringLiteral("off"),
+                    area && area->currentSubWindow() ? area->currentSubWindow()->shortTitle()
+                                                     : QStringLiteral("none"))
+                .arg(tabs ? tabs->currentIndex() : -2));
+    }
+
     QStringList* m_log;
+};
+
+/// A document that accepts its close by itself, so that nobody hears of it.
+class SilentlyClosing : public IMdiSubWindow
+{
+protected:
+    void closeEvent(QCloseEvent* event) override { event->accept(); }
+};
+
+/// A document that is created where the last one was.
+class AtOneAddress : public Document
+{
+public:
+    using Document::Document;
+
+    static void* operator new(std::size_t /*size*/) { return s_storage; }
+    static void operator delete(void* /*storage*/) { }
+
+private:
+    static char s_storage[];
+};
+alignas(std::max_align_t) char AtOneAddress::s_storage[sizeof(AtOneAddress)];
+
+/// A document that asks in its end where it is.
+class AskingInItsEnd : public IMdiSubWindow
+{
+public:
+    explicit AskingInItsEnd(QList<MdiArea*>* answers)
+        : m_answers(answers)
+    {
+    }
+    ~AskingInItsEnd() override { m_answers->append(ownerArea()); }
+
+private:
+    QList<MdiArea*>* m_answers;
 };
 
 } // namespace
@@ -128,6 +176,11 @@ private Q_SLOTS:
     void deletedDocumentLeavesItsTab();
     void deadDocumentIsNotCalled_data();
     void deadDocumentIsNotCalled();
+    void documentAtTheAddressOfADeadOneIsTold();
+    void tabOfADeadDocumentCallsNobody();
+    void innermostActivationHolds_data();
+    void innermostActivationHolds();
+    void dyingAreaOwnsNoDocument();
     void windowsAreCascadedAndTiled();
     void areaDiesWithItsDocuments();
     void connectionsAreThoseOfTheSignatures();
@@ -775,6 +828,136 @@ void MdiAreaTest::deadDocumentIsNotCalled()
     }
     QVERIFY(!changes.isEmpty());
     QCOMPARE(log, QStringList());
+}
+
+void MdiAreaTest::documentAtTheAddressOfADeadOneIsTold()
+{
+    auto* const first = new AtOneAddress(QStringLiteral("first"));
+    m_area->addWindow(first);
+    QTRY_COMPARE(m_area->currentSubWindow(), first);
+    {
+        // The area is not always told of the end of a hidden one.
+        const QSignalBlocker blocker(m_inner);
+        delete first;
+    }
+    auto* const second = new AtOneAddress(QStringLiteral("second"), &m_log);
+    m_area->addWindow(second);
+    QTRY_COMPARE(m_inner->currentSubWindow(), second);
+    m_log.clear();
+    Document* const third = add("third");
+    QTRY_COMPARE(m_area->currentSubWindow(), third);
+    QCOMPARE(m_log.first().section(QLatin1Char(','), 0, 0), QStringLiteral("second off"));
+}
+
+void MdiAreaTest::tabOfADeadDocumentCallsNobody()
+{
+    const QPointer<IMdiSubWindow> document = new SilentlyClosing;
+    m_area->addWindow(document);
+    add("other");
+    document->close();
+    QTRY_VERIFY(!document);
+    QCOMPARE(m_tabs->count(), 2);
+    IMdiSubWindow* const current = m_area->currentSubWindow();
+    const Recorder recorder;
+    for (const char* const signal : {"currentChanged", "tabCloseRequested"})
+        QVERIFY(QMetaObject::invokeMethod(m_tabs, signal, Q_ARG(int, 0)));
+    QVERIFY(
+        QMetaObject::invokeMethod(m_tabs, "customContextMenuRequested", Q_ARG(QPoint, centre(0))));
+    QCOMPARE(m_area->currentSubWindow(), current);
+    QVERIFY(recorder.isEmpty());
+}
+
+void MdiAreaTest::innermostActivationHolds_data()
+{
+    QTest::addColumn<QString>("what");
+    QTest::addColumn<QString>("current");
+    const auto row = [](const char* what, const char* current) {
+        QTest::newRow(what) << QString::fromLatin1(what) << QString::fromLatin1(current);
+    };
+    row("a activates b", "b");
+    row("a activates b and itself", "a");
+    row("a runs a loop in which a new one comes", "new");
+    row("a closes itself", "c");
+    row("a is deleted a moment later", "c");
+    row("a is removed", "c");
+    row("c activates b when it is left", "b");
+    row("c activates itself when it is left", "c");
+    row("c activates itself and b when it is left", "b");
+}
+
+void MdiAreaTest::innermostActivationHolds()
+{
+    QFETCH(QString, what);
+    QFETCH(QString, current);
+    const QPointer<Document> a = add("a");
+    const QPointer<Document> b = add("b");
+    const QPointer<Document> c = add("c");
+    QTRY_COMPARE(m_area->currentSubWindow(), c.data());
+    a->onCurrent = [&] {
+        if (what.startsWith(QLatin1String("a activates b")))
+            m_area->setCurrentSubWindow(b);
+        if (what == QLatin1String("a activates b and itself"))
+            m_area->setCurrentSubWindow(a);
+        if (what.startsWith(QLatin1String("a runs a loop"))) {
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, [&] {
+                add("new");
+                loop.quit();
+            });
+            loop.exec();
+        }
+        if (what == QLatin1String("a closes itself"))
+            a->close();
+        if (what == QLatin1String("a is deleted a moment later"))
+            a->deleteLater();
+        if (what == QLatin1String("a is removed")) {
+            m_area->removeWindow(a);
+            a->deleteLater();
+        }
+    };
+    c->onNotCurrent = [&] {
+        if (what.startsWith(QLatin1String("c activates itself")))
+            m_area->setCurrentSubWindow(c);
+        if (what.startsWith(QLatin1String("c activates")) && what.contains(QLatin1String("b when")))
+            m_area->setCurrentSubWindow(b);
+    };
+    QString last = QStringLiteral("c");
+    connect(m_area.get(), &MdiArea::currentSubWindowChanged, this,
+        [&](IMdiSubWindow* document) { last = document ? document->shortTitle() : QString(); });
+    m_log.clear();
+    QTest::mouseClick(m_tabs, Qt::LeftButton, Qt::NoModifier, centre(0));
+
+    QTRY_COMPARE(last, current);
+    QCOMPARE(m_area->currentSubWindow()->shortTitle(), current);
+    QCOMPARE(m_inner->currentSubWindow(), m_area->currentSubWindow());
+    QCOMPARE(m_tabs->tabText(m_tabs->currentIndex()), current);
+    // The one that is current has heard so last, any other one that it is not.
+    for (const char* const title : {"a", "b", "c", "new"}) {
+        const QString name = QString::fromLatin1(title);
+        const QStringList lines = m_log.filter(QRegularExpression(QLatin1Char('^') + name));
+        if (!lines.isEmpty() && (name != QLatin1String("a") || a))
+            QCOMPARE(lines.last().startsWith(name + QLatin1String(" on")), name == current);
+    }
+    QCOMPARE(tabConnections(), QList<int>({1, 1, 1}));
+}
+
+void MdiAreaTest::dyingAreaOwnsNoDocument()
+{
+    QList<MdiArea*> answers;
+    auto area = std::make_unique<MdiArea>();
+    auto* const inside = new AskingInItsEnd(&answers);
+    auto* const outside = new AskingInItsEnd(&answers);
+    auto* const elsewhere = new AskingInItsEnd(&answers);
+    for (IMdiSubWindow* document : {inside, outside, elsewhere})
+        area->addWindow(document);
+    outside->setParent(nullptr);
+    m_area->addWindow(elsewhere);
+    area.reset();
+    QCOMPARE(answers, QList<MdiArea*>({nullptr}));
+    QCOMPARE(outside->ownerArea(), nullptr);
+    QCOMPARE(elsewhere->ownerArea(), m_area.get());
+    delete outside;
+    m_area.reset(); // before the list of the answers
 }
 
 void MdiAreaTest::windowsAreCascadedAndTiled()
