@@ -21,7 +21,8 @@ class _opt_dlg_private;
  *
  * A page that the user never selects costs nothing: it is only asked for its category. The order of
  * calls is category(), then on the first selection initialize(), pageWidget() each time the page is
- * to be shown, apply() any number of times, and finalize() whenever the dialog is done.
+ * to be shown, apply() any number of times, and finalize() whenever the dialog is done. All of them
+ * but category() may end with the dialog deleted; what would come next is left out then.
  *
  * Pages belong to the host, which keeps them alive as long as the dialog. For the GUI thread only.
  */
@@ -46,14 +47,16 @@ public:
     /// parent and destroys it with the dialog. Null if the page cannot be shown.
     virtual QWidget* pageWidget() = 0;
 
-    /// Loads the settings; called once, when the page is selected for the first time, before
-    /// pageWidget().
+    /// Loads the settings; called by each dialog when the page is selected for the first time,
+    /// before pageWidget(). It counts as done when it returns: if it runs an event loop in which
+    /// the page is left and selected again, it is called again.
     virtual void initialize() = 0;
 
-    /// Ends the editing; called each time the dialog is done, accepted or not.
+    /// Ends the editing; called by each OptionDialog::done(). A dialog that is deleted or hidden,
+    /// or whose event loop is quit, does not call it.
     virtual void finalize() = 0;
 
-    /// Stores the edited values; called by Apply and by OK.
+    /// Stores the edited values; called by Apply and by OK. There is no way to refuse.
     virtual void apply() = 0;
 };
 
@@ -86,8 +89,9 @@ ZENTU_EXPORT QTreeWidgetItem* createItemForCategory(
  * @endcode
  *
  * Pages are initialized when they are first selected, the first one by the constructor. Apply and
- * OK apply the pages that were initialized, in the order of their first selection; every end of the
- * dialog finalizes them. For the GUI thread only.
+ * OK apply the pages that were initialized, in the order of their first selection; done(), which
+ * OK, Cancel and the closing of the window come to, finalizes them. Deletion, `hide()` and the end
+ * of the event loop do not. For the GUI thread only.
  */
 class ZENTU_EXPORT OptionDialog : public QDialog
 {

@@ -9,9 +9,12 @@
 #include <QGridLayout>
 #include <QHash>
 #include <QPair>
+#include <QPointer>
 #include <QPushButton>
 #include <QStackedWidget>
 #include <QTreeWidget>
+
+#include <memory>
 
 namespace Zentu {
 
@@ -25,14 +28,25 @@ QTreeWidgetItem* findChildItemByText(QTreeWidgetItem* parent, const QString& tex
     return nullptr;
 }
 
-QTreeWidgetItem* createItemForCategory(QTreeWidgetItem* root, const QStringList& category)
+// Follows a category from the root. Where findChild finds no child, one is made; if what it
+// returned is a reference, it refers to that one then.
+template <typename FindChild>
+static QTreeWidgetItem* itemForCategory(
+    QTreeWidgetItem* root, const QStringList& category, FindChild findChild)
 {
     QTreeWidgetItem* item = root;
     for (const QString& name : category) {
-        QTreeWidgetItem* const child = findChildItemByText(item, name);
-        item = child ? child : new QTreeWidgetItem(item, QStringList(name));
+        auto&& child = findChild(item, name);
+        if (!child)
+            child = new QTreeWidgetItem(item, QStringList(name));
+        item = child;
     }
     return item;
+}
+
+QTreeWidgetItem* createItemForCategory(QTreeWidgetItem* root, const QStringList& category)
+{
+    return itemForCategory(root, category, findChildItemByText);
 }
 
 void Ui_OptionDialog::setupUi(QDialog* dialog)
@@ -80,14 +94,10 @@ void _opt_dlg_private::initCatalogTree()
     QTreeWidgetItem root;
     QHash<QPair<QTreeWidgetItem*, QString>, QTreeWidgetItem*> children;
     for (IOptionPage* page : qAsConst(pages)) {
-        QTreeWidgetItem* item = &root;
-        const QStringList category = page->category();
-        for (const QString& name : category) {
-            QTreeWidgetItem*& child = children[{item, name}];
-            if (!child)
-                child = new QTreeWidgetItem(item, QStringList(name));
-            item = child;
-        }
+        QTreeWidgetItem* const item = itemForCategory(&root, page->category(),
+            [&](QTreeWidgetItem* parent, const QString& name) -> QTreeWidgetItem*& {
+                return children[{parent, name}];
+            });
         if (pageMap.contains(item))
             qCritical() << q << "category already exists" << page;
         else
@@ -112,15 +122,22 @@ IOptionPage* _opt_dlg_private::firstPageAt(QTreeWidgetItem* item) const
     return pageMap.value(item);
 }
 
+// What a page does in any of its operations can end with the dialog deleted.
+
 void _opt_dlg_private::showPage(IOptionPage* page)
 {
+    const QPointer<QObject> alive(this);
     if (!initializedPages.contains(page)) {
         Trace() << q << "initialize" << page;
         page->initialize();
+        if (!alive)
+            return;
         initializedPages.append(page);
     }
 
     QWidget* const widget = page->pageWidget();
+    if (!alive)
+        return;
     if (!widget) {
         qCritical() << q << "can not get page widget from" << page;
         return;
@@ -138,19 +155,25 @@ void _opt_dlg_private::showPage(IOptionPage* page)
 void _opt_dlg_private::apply()
 {
     qInfo() << q << "apply";
+    const QPointer<QObject> alive(this);
     const QList<IOptionPage*> initialized = initializedPages;
     for (IOptionPage* page : initialized) {
         Trace() << q << "apply for" << page;
         page->apply();
+        if (!alive)
+            return;
     }
 }
 
 void _opt_dlg_private::finalizePages()
 {
+    const QPointer<QObject> alive(this);
     const QList<IOptionPage*> initialized = initializedPages;
     for (IOptionPage* page : initialized) {
         Trace() << q << "finalize" << page;
         page->finalize();
+        if (!alive)
+            return;
     }
 }
 
@@ -158,6 +181,8 @@ OptionDialog::OptionDialog(const QList<IOptionPage*>& pages, QWidget* parent)
     : QDialog(parent)
     , d(new _opt_dlg_private(this))
 {
+    // A page that throws leaves no dialog.
+    std::unique_ptr<_opt_dlg_private> guard(d);
     d->pages = pages;
     d->ui.setupUi(this);
     // The name was the form's; the host gives the dialog its own, or none.
@@ -165,8 +190,6 @@ OptionDialog::OptionDialog(const QList<IOptionPage*>& pages, QWidget* parent)
     setWindowFlags(windowFlags() & ~Qt::WindowContextHelpButtonHint);
 
     QTreeWidget* const tree = d->ui.catalog_tree;
-    // A tree without a header has nothing else for a screen reader to say.
-    tree->setAccessibleName(windowTitle());
     tree->setStyleSheet(
         QStringLiteral("QTreeWidget {selection-background-color: #0078d7; }"
                        "QTreeWidget::item { height: 22px; }"
@@ -182,6 +205,7 @@ OptionDialog::OptionDialog(const QList<IOptionPage*>& pages, QWidget* parent)
     tree->setFocus(Qt::OtherFocusReason);
     if (tree->topLevelItemCount() > 0)
         tree->setCurrentItem(tree->topLevelItem(0), 0, QItemSelectionModel::Select);
+    static_cast<void>(guard.release());
 }
 
 OptionDialog::~OptionDialog()
@@ -192,8 +216,10 @@ OptionDialog::~OptionDialog()
 void OptionDialog::accept()
 {
     qInfo() << this << "accept";
+    const QPointer<QObject> alive(this);
     d->apply();
-    QDialog::accept();
+    if (alive)
+        QDialog::accept();
 }
 
 void OptionDialog::reject()
@@ -205,8 +231,10 @@ void OptionDialog::reject()
 void OptionDialog::done(int result)
 {
     Trace() << this << "done" << result;
+    const QPointer<QObject> alive(this);
     d->finalizePages();
-    QDialog::done(result);
+    if (alive)
+        QDialog::done(result);
 }
 
 } // namespace Zentu

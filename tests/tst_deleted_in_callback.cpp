@@ -1,15 +1,18 @@
 // SPDX-License-Identifier: MIT
 #include "mdi_area.h"
+#include "option_dlg.h"
 #include "proxy_act.h"
 
 #include "recorder.h"
 
-#include <QCloseEvent>
+#include <QDialogButtonBox>
 #include <QMdiArea>
 #include <QPointer>
+#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTreeWidget>
 
 #include <functional>
 #include <memory>
@@ -97,6 +100,77 @@ struct Desk
     QPointer<Document> a = new Document;
     QPointer<Document> b = new Document;
     QMdiArea* inner = nullptr;
+};
+
+/// A page that calls functions.
+class Page : public IOptionPage
+{
+public:
+    explicit Page(const char* name)
+        : m_name(QString::fromLatin1(name))
+    {
+    }
+
+    QStringList category() const override { return {m_name}; }
+    QWidget* pageWidget() override
+    {
+        call(onWidget);
+        return onWidget ? nullptr : new QWidget;
+    }
+    void initialize() override { call(onInitialize); }
+    void finalize() override { call(onFinalize); }
+    void apply() override { call(onApply); }
+
+    std::function<void()> onWidget;
+    std::function<void()> onInitialize;
+    std::function<void()> onFinalize;
+    std::function<void()> onApply;
+    int calls = 0;
+
+private:
+    void call(const std::function<void()>& function)
+    {
+        ++calls;
+        if (function)
+            function();
+    }
+
+    QString m_name;
+};
+
+/// A dialog with two pages, of which the first one is shown.
+struct Preferences
+{
+    Preferences() { dialog->show(); }
+
+    std::function<void()> deletion()
+    {
+        return [this] { delete dialog; };
+    }
+    void press(QDialogButtonBox::StandardButton button) const
+    {
+        dialog->findChild<QDialogButtonBox*>()->button(button)->click();
+    }
+    // Qt itself reads what is deleted while an item is selected, so the dialog hears of it later.
+    void selectSecond() const
+    {
+        auto* const tree = dialog->findChild<QTreeWidget*>();
+        {
+            const QSignalBlocker blocker(tree);
+            tree->setCurrentItem(tree->topLevelItem(1));
+        }
+        QVERIFY(QMetaObject::invokeMethod(tree, "itemSelectionChanged"));
+    }
+    void checkNothingElseWasCalled(int ofFirst, int ofSecond) const
+    {
+        QVERIFY(!dialog);
+        QCOMPARE(first.calls, ofFirst);
+        QCOMPARE(second.calls, ofSecond);
+    }
+
+    Page first{"first"};
+    Page second{"second"};
+    QPointer<OptionDialog> dialog = new OptionDialog({&first, &second});
 };
 
 const Case Cases[] = {
@@ -228,6 +302,58 @@ const Case Cases[] = {
             once(desk.b.data(), &IMdiSubWindow::closed, [&] { delete desk.area; });
             desk.b->close();
             QVERIFY(!desk.area);
+        }},
+    {"dialog in initialize()",
+        [] {
+            Preferences shown;
+            shown.second.onInitialize = shown.deletion();
+            shown.selectSecond();
+            shown.checkNothingElseWasCalled(2, 1);
+        }},
+    {"dialog in pageWidget()",
+        [] {
+            Preferences shown;
+            shown.second.onWidget = shown.deletion();
+            shown.selectSecond();
+            shown.checkNothingElseWasCalled(2, 2);
+        }},
+    {"dialog in apply() by Apply",
+        [] {
+            Preferences shown;
+            shown.selectSecond();
+            shown.first.onApply = shown.deletion();
+            shown.press(QDialogButtonBox::Apply);
+            shown.checkNothingElseWasCalled(3, 2);
+        }},
+    {"dialog in apply() by OK",
+        [] {
+            Preferences shown;
+            shown.selectSecond();
+            shown.first.onApply = shown.deletion();
+            shown.press(QDialogButtonBox::Ok);
+            shown.checkNothingElseWasCalled(3, 2);
+        }},
+    {"dialog in the last apply() by OK",
+        [] {
+            Preferences shown;
+            shown.first.onApply = shown.deletion();
+            shown.press(QDialogButtonBox::Ok);
+            shown.checkNothingElseWasCalled(3, 0);
+        }},
+    {"dialog in finalize()",
+        [] {
+            Preferences shown;
+            shown.selectSecond();
+            shown.first.onFinalize = shown.deletion();
+            shown.press(QDialogButtonBox::Cancel);
+            shown.checkNothingElseWasCalled(3, 2);
+        }},
+    {"dialog in finalize() as its window closes",
+        [] {
+            Preferences shown;
+            shown.first.onFinalize = shown.deletion();
+            shown.dialog->close();
+            shown.checkNothingElseWasCalled(3, 0);
         }},
 };
 
