@@ -12,7 +12,7 @@ function(zentu_moc_rule target source output)
   # that this depends on.
   add_custom_command(OUTPUT "${output}"
     COMMAND "${CMAKE_COMMAND}" -E rm -f "${output}"
-    COMMAND Qt5::moc --no-notes --output-dep-file --dep-file-path "${output}.d"
+    COMMAND ${zentu_qt}::moc --no-notes --output-dep-file --dep-file-path "${output}.d"
       "$<$<BOOL:${folders}>:-I$<JOIN:${folders},;-I>>"
       "$<$<BOOL:${definitions}>:-D$<JOIN:${definitions},;-D>>"
       -o "${output}" "${source}"

@@ -47,7 +47,7 @@ public:
     {
         appendBlanks(2);
         m_text += name;
-        appendBlanks(m_nameWidth - name.size());
+        appendBlanks(m_nameWidth - static_cast<int>(name.size()));
         m_isFirstLine = true;
         for (;;) {
             const auto end = std::find(description.begin(), description.end(), QLatin1Char('\n'));
@@ -139,10 +139,12 @@ QString DescriptionTable::format() const
 {
     int nameWidth = 0;
     for (const QString& name : names)
-        nameWidth = std::max(nameWidth, name.size());
+        nameWidth = std::max(nameWidth, static_cast<int>(name.size()));
     // Enough, unless words are broken again and again.
-    const int size = std::accumulate(descriptions.cbegin(), descriptions.cend(), 0,
-        [=](int sum, const QString& text) { return sum + 2 * (nameWidth + 5) + text.size(); });
+    const int size = std::accumulate(
+        descriptions.cbegin(), descriptions.cend(), 0, [=](int sum, const QString& text) {
+            return sum + 2 * (nameWidth + 5) + static_cast<int>(text.size());
+        });
     TableWriter writer(nameWidth, size);
     for (int row = 0; row < names.size(); ++row)
         writer.writeRow(names.at(row), descriptions.at(row));
@@ -175,7 +177,7 @@ void _cmdline_parser_private::declare(const CmdOption& option)
     // A list with two owners would be copied.
     indexed = QList<CmdOption>();
     options.append(option);
-    addToIndex(options.size() - 1);
+    addToIndex(static_cast<int>(options.size()) - 1);
     indexed = options;
 }
 
@@ -283,7 +285,7 @@ void CmdLineParser::addOption(
         }
         option.keys.append(key.toString());
     }
-    option.id = qHash(option.keys.first(), 0);
+    option.id = static_cast<quint32>(qHash(option.keys.first(), 0));
     option.description = description;
     option.valueName = valueName;
     d->declare(option);

@@ -25,13 +25,17 @@ public:
 
     int number(int limit) { return m_random.bounded(limit); }
 
+    QString oneOf(const QStringList& texts)
+    {
+        return texts.at(number(static_cast<int>(texts.size())));
+    }
+
     QString form()
     {
         static const QStringList names = {QStringLiteral("a"), QStringLiteral("b"),
             QStringLiteral("help"), QStringLiteral("A"), QString(), QStringLiteral("a=b"),
             QStringLiteral("\u00e4"), QStringLiteral("a-b"), QStringLiteral("out")};
-        return QString(number(8) ? 1 + number(3) : 0, QLatin1Char('-'))
-            + names.at(number(names.size()));
+        return QString(number(8) ? 1 + number(3) : 0, QLatin1Char('-')) + oneOf(names);
     }
 
     QStringList forms()
@@ -46,7 +50,7 @@ public:
     {
         static const QStringList names = {QString(), QStringLiteral("file"),
             QStringLiteral("ValueList"), QStringLiteral("valuelist")};
-        return names.at(number(names.size()));
+        return oneOf(names);
     }
 
     QStringList arguments()
@@ -70,7 +74,7 @@ public:
         for (int count = number(12); count > 0; --count) {
             const int length = number(4) ? number(15) : qMax(0, width - 3 + number(7));
             result += QString(length, QChar(u'a' + number(26)));
-            result += number(3) ? QStringLiteral(" ") : blanks.at(number(blanks.size()));
+            result += number(3) ? QStringLiteral(" ") : oneOf(blanks);
         }
         return result;
     }
@@ -142,7 +146,7 @@ void CmdLineRandomTest::explainsLikeTheModel()
         model.brief = text(brief);
         for (int count = make.number(4); count > 0; --count) {
             const QString name = make.name();
-            const QString description = make.description(70 - name.size());
+            const QString description = make.description(70 - static_cast<int>(name.size()));
             parser.addPositionalArgument(name, description);
             model.arguments.emplace_back(text(name), text(description));
         }

@@ -122,7 +122,7 @@ void ContextManagerTest::additionIsTracedThenDoneThenSignalled()
     QStringList atTheLine(QStringLiteral("never"));
     recorder.onEntry([&](const Entry&) { atTheLine = manager.currentContexts(); });
     QStringList atTheSignal;
-    int linesAtTheSignal = 0;
+    qsizetype linesAtTheSignal = 0;
     connect(&manager, &ContextManager::contextChanged, this, [&] {
         atTheSignal = manager.currentContexts();
         linesAtTheSignal = recorder.entries().size();

@@ -366,7 +366,7 @@ void EventManagerTest::postIsTracedWithEventAndRawMode()
 void EventManagerTest::postIsTracedBeforeDelivery()
 {
     Recorder recorder;
-    int before = -1;
+    qsizetype before = -1;
     Handler handler([&](IEvent*) { before = recorder.entries().size(); });
     bus()->subscribe(&handler, X);
     recorder.clear();

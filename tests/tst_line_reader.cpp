@@ -101,7 +101,7 @@ void LineReaderTest::tableAndPageNameTheSameTexts()
     const QStringList lines = QString::fromUtf8(page.readAll()).split(QLatin1Char('\n'));
     for (const QString& line : lines) {
         const auto match = row.match(line);
-        const int channel = channels.indexOf(match.captured(1));
+        const int channel = static_cast<int>(channels.indexOf(match.captured(1)));
         if (!match.hasMatch() || channel < 0)
             continue;
         for (auto it = code.globalMatch(match.captured(2)); it.hasNext();) {

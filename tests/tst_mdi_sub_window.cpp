@@ -56,7 +56,7 @@ class Stubborn : public QWidget
 {
 public:
     std::function<void()> onClose;
-    int linesAtTheClose = 0;
+    qsizetype linesAtTheClose = 0;
 
 protected:
     void closeEvent(QCloseEvent* event) override
@@ -160,7 +160,7 @@ void MdiSubWindowTest::closeIsTracedThenToldThenSignalled()
     document.setShortTitle(QStringLiteral("short"));
     document.show();
     Recorder recorder;
-    int linesAtTheSignal = 0;
+    qsizetype linesAtTheSignal = 0;
     connect(&document, &IMdiSubWindow::closed, this,
         [&] { linesAtTheSignal = recorder.entries().size(); });
     QVERIFY(document.close());

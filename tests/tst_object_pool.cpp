@@ -225,7 +225,7 @@ void ObjectPoolTest::clearForgetsAllObjects()
     pool.addObject(a.get());
     pool.addObject(&b);
     Recorder recorder;
-    int atTheLine = 0;
+    qsizetype atTheLine = 0;
     recorder.onEntry([&](const Entry&) { atTheLine = pool.allObjects().size(); });
     pool.clear();
     recorder.onEntry({});

@@ -149,9 +149,9 @@ struct Counts
     {
     }
 
-    QList<int> take()
+    QList<qsizetype> take()
     {
-        const QList<int> result = {
+        const QList<qsizetype> result = {
             changed.count(), triggered.count(), toggled.count(), hovered.count()};
         for (QSignalSpy* spy : {&changed, &triggered, &toggled, &hovered})
             spy->clear();
@@ -550,7 +550,7 @@ void ProxyActionTest::sameBackendIsNotSwitchedTo()
     proxy.setCurrentContext({B});
     QCOMPARE(recorder.take().size(), 1);
     QCOMPARE(log, QStringList());
-    QCOMPARE(counts.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(counts.take(), QList<qsizetype>({0, 0, 0, 0}));
 }
 
 void ProxyActionTest::switchIsTracedBeforeItHappens()
@@ -623,13 +623,13 @@ void ProxyActionTest::nothingEchoesInASwitch()
     QVERIFY(proxy.isChecked());
     proxy.setCurrentContext({B});
     QVERIFY(!proxy.isChecked());
-    const QList<int> proxyCounts = ofProxy.take();
-    QCOMPARE(proxyCounts.mid(1), QList<int>({0, 1, 0}));
-    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
-    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    const QList<qsizetype> proxyCounts = ofProxy.take();
+    QCOMPARE(proxyCounts.mid(1), QList<qsizetype>({0, 1, 0}));
+    QCOMPARE(ofA.take(), QList<qsizetype>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
     proxy.setCurrentContext({A});
-    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
-    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofA.take(), QList<qsizetype>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
     QVERIFY(proxy.isChecked());
 }
 
@@ -650,21 +650,21 @@ void ProxyActionTest::triggeringReachesTheBackendAlone()
     proxy.trigger();
     QVERIFY(proxy.isChecked());
     QVERIFY(!a.isChecked());
-    QCOMPARE(ofA.take(), QList<int>({0, 1, 1, 0}));
-    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofA.take(), QList<qsizetype>({0, 1, 1, 0}));
+    QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
     QCOMPARE(triggered.takeFirst(), QVariantList({true}));
     QCOMPARE(toggled.takeFirst(), QVariantList({true}));
 
     proxy.setCurrentContext({B});
     proxy.trigger();
-    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
-    QCOMPARE(ofB.take(), QList<int>({0, 1, 1, 0}));
+    QCOMPARE(ofA.take(), QList<qsizetype>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<qsizetype>({0, 1, 1, 0}));
     proxy.setCurrentContext({});
     ofA.take();
     proxy.setEnabled(true);
     proxy.trigger();
-    QCOMPARE(ofA.take(), QList<int>({0, 0, 0, 0}));
-    QCOMPARE(ofB.take(), QList<int>({0, 0, 0, 0}));
+    QCOMPARE(ofA.take(), QList<qsizetype>({0, 0, 0, 0}));
+    QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
 }
 
 void ProxyActionTest::backendsCheckedStateComesBackAtTheNextCopy()
@@ -707,7 +707,7 @@ void ProxyActionTest::hoverIsForwarded()
     proxy.setCurrentContext({A});
     Counts counts(&a);
     proxy.hover();
-    QCOMPARE(counts.take(), QList<int>({0, 0, 0, 1}));
+    QCOMPARE(counts.take(), QList<qsizetype>({0, 0, 0, 1}));
 }
 
 void ProxyActionTest::removalByActionSwitches()
@@ -957,7 +957,8 @@ void ProxyActionTest::switchOvertakenWhileItDisconnectsConnectsNothing()
     const QSignalSpy ofB(&b, &QAction::triggered);
     const QSignalSpy ofX(&x, &QAction::triggered);
     proxy.trigger();
-    QCOMPARE(QList<int>({ofA.count(), ofB.count(), ofX.count()}), QList<int>({0, 0, 1}));
+    QCOMPARE(
+        QList<qsizetype>({ofA.count(), ofB.count(), ofX.count()}), QList<qsizetype>({0, 0, 1}));
 }
 
 void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()

@@ -189,7 +189,7 @@ private:
         auto& slot = m_actions[anyIndex()];
         QAction* const dying = slot.get();
         // As many registrations leave as are watched; the others would be left behind.
-        const int registered = m_model.backends.keys(dying).size();
+        const auto registered = m_model.backends.keys(dying).size();
         if (registered > 0 && m_watches.value(dying).size() != registered)
             return;
         for (const QString& context : m_model.backends.keys(dying))

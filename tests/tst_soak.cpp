@@ -71,7 +71,7 @@ qint64 residentBytes()
     return statm.readAll().split(' ').at(1).toLongLong() * sysconf(_SC_PAGESIZE);
 }
 
-int openDescriptors()
+qsizetype openDescriptors()
 {
     return QDir(QStringLiteral("/proc/self/fd"))
         .entryList(QDir::NoDotAndDotDot | QDir::AllEntries)
@@ -120,7 +120,7 @@ private:
     {
         tenth();
         const qint64 memory = residentBytes();
-        const int descriptors = openDescriptors();
+        const auto descriptors = openDescriptors();
         for (int i = 1; i < 10; ++i)
             tenth();
         const qint64 growth = residentBytes() - memory;

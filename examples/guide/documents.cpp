@@ -49,9 +49,9 @@ int main(int argc, char** argv)
 
     second->isSaved = false;
     area.closeWindow(second);
-    std::printf("after a refusal: %d\n", area.subWindows().size());
+    std::printf("after a refusal: %d\n", static_cast<int>(area.subWindows().size()));
     second->isSaved = true;
     area.closeWindow(second);
-    std::printf("after that: %d\n", area.subWindows().size());
+    std::printf("after that: %d\n", static_cast<int>(area.subWindows().size()));
     return 0;
 }

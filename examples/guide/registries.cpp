@@ -47,7 +47,7 @@ int main(int argc, char** argv)
     speller.reset();
     std::printf("menu: %d, objects: %d\n",
         Zentu::ActionManager::instance()->getMenu(QStringLiteral("menu.tools")) ? 1 : 0,
-        Zentu::ObjectPool::instance()->allObjects().size());
+        static_cast<int>(Zentu::ObjectPool::instance()->allObjects().size()));
     return 0;
 }
 

@@ -132,6 +132,15 @@ static void applyAppearance()
     }
 }
 
+void followScreenScale()
+{
+    // Qt 6 always does, and deprecates the question.
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+#endif
+}
+
 void followAppearanceSetting()
 {
     QApplication::setStyle(new Style);

@@ -100,7 +100,7 @@ public:
         const auto group = mode == QIcon::Disabled ? QPalette::Disabled : QPalette::Active;
         QColor color = QApplication::palette().color(group, QPalette::ButtonText);
         if (mode == QIcon::Disabled)
-            color.setAlphaF(0.45);
+            color.setAlpha(115);
         const double scale = qMin(rect.width(), rect.height()) / 16.0;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);

@@ -53,8 +53,7 @@ int main(int argc, char* argv[])
     const bool platformIsChosen = qEnvironmentVariableIsSet("QT_QPA_PLATFORM");
     if (!platformIsChosen)
         choosePlatform();
-    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    followScreenScale();
     // All that Qt is told is on our own command line, which has been parsed.
     int qtArgc = 1;
     QApplication application(qtArgc, argv);

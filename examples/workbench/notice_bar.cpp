@@ -51,7 +51,8 @@ void NoticeBar::handleEvent(Zentu::IEvent* event)
     m_messages.append(message);
     QStringList shown = m_messages.mid(0, MostMessages);
     if (m_messages.size() > MostMessages)
-        shown.append(tr("and %n more", nullptr, m_messages.size() - MostMessages));
+        shown.append(
+            tr("and %n more", nullptr, static_cast<int>(m_messages.size()) - MostMessages));
     m_text->setText(shown.join(QLatin1Char('\n')));
     show();
 }

@@ -64,7 +64,8 @@ private:
             }
         }
         QMessageBox::information(nullptr, tr("Count Words"),
-            tr("%1 words in %n saved text file(s).", nullptr, m_paths.size()).arg(words));
+            tr("%1 words in %n saved text file(s).", nullptr, static_cast<int>(m_paths.size()))
+                .arg(words));
     }
 
     QAction* m_action;

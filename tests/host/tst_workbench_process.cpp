@@ -21,11 +21,11 @@ struct Result
     QString error;
 };
 
-enum class Display { Given, None, Dead };
+enum class XServer { Given, None, Dead };
 
 } // namespace
 
-Q_DECLARE_METATYPE(Display)
+Q_DECLARE_METATYPE(XServer)
 
 class WorkbenchProcessTest : public QObject
 {
@@ -50,7 +50,7 @@ private Q_SLOTS:
 
 private:
     /// @p display stands for the environment's own, none, or one that nobody answers at.
-    Result run(const QStringList& arguments, Display display = Display::Given);
+    Result run(const QStringList& arguments, XServer display = XServer::Given);
     QString path(const char* name) const { return m_folder->filePath(QString::fromUtf8(name)); }
     QString file(const char* name, const QByteArray& content) const
     {
@@ -73,16 +73,16 @@ void WorkbenchProcessTest::init()
     m_folder = std::make_unique<QTemporaryDir>();
 }
 
-Result WorkbenchProcessTest::run(const QStringList& arguments, Display display)
+Result WorkbenchProcessTest::run(const QStringList& arguments, XServer display)
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("XDG_CONFIG_HOME"), path("config"));
     environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), m_folder->path());
-    if (display != Display::Given) {
+    if (display != XServer::Given) {
         for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
             environment.remove(QString::fromLatin1(name));
     }
-    if (display == Display::Dead)
+    if (display == XServer::Dead)
         environment.insert(QStringLiteral("DISPLAY"), QStringLiteral(":12345"));
     QProcess process;
     process.setProcessEnvironment(environment);
@@ -110,7 +110,7 @@ void WorkbenchProcessTest::helpAndVersionNeedNoDisplay()
 {
     QFETCH(QString, option);
     QFETCH(QString, start);
-    const Result result = run({option}, Display::None);
+    const Result result = run({option}, XServer::None);
     QCOMPARE(result.exitCode, 0);
     QCOMPARE(result.error, QString());
     QVERIFY2(result.out.startsWith(start), qPrintable(result.out));
@@ -140,14 +140,14 @@ void WorkbenchProcessTest::badCommandLineEndsWithTwo()
 
 void WorkbenchProcessTest::withoutADisplayItSaysSo_data()
 {
-    QTest::addColumn<Display>("display");
-    QTest::newRow("none") << Display::None;
-    QTest::newRow("dead") << Display::Dead;
+    QTest::addColumn<XServer>("display");
+    QTest::newRow("none") << XServer::None;
+    QTest::newRow("dead") << XServer::Dead;
 }
 
 void WorkbenchProcessTest::withoutADisplayItSaysSo()
 {
-    QFETCH(Display, display);
+    QFETCH(XServer, display);
     const Result window = run({}, display);
     QCOMPARE(window.exitCode, 1);
     // Qt has its say about a dead display first.

@@ -42,13 +42,13 @@ Q_DECL_EXPORT int useBus()
 Q_DECL_EXPORT int publish(QObject* object)
 {
     ObjectPool::instance()->addObject(object);
-    return ObjectPool::instance()->allObjects().count(object);
+    return static_cast<int>(ObjectPool::instance()->allObjects().count(object));
 }
 
 /// Leaves a watcher to its parent.
 Q_DECL_EXPORT int watch(QObject* parent)
 {
     new FileWatcher(parent);
-    return parent->children().size();
+    return static_cast<int>(parent->children().size());
 }
 }

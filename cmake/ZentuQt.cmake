@@ -1,0 +1,19 @@
+# The Qt to build with: the one that the host has found already, or Qt 5.
+set(found 5)
+if(TARGET Qt6::Core AND NOT TARGET Qt5::Core)
+  set(found 6)
+endif()
+set(QT_MAJOR_VERSION ${found} CACHE STRING "Major version of Qt to build with, 5 or 6")
+set_property(CACHE QT_MAJOR_VERSION PROPERTY STRINGS 5 6)
+
+set(zentu_qt Qt${QT_MAJOR_VERSION})
+# The two libraries lie side by side in one prefix, so each has a name of its own.
+if(QT_MAJOR_VERSION EQUAL 5)
+  set(zentu_qt_version 5.15)
+  set(zentu_name ZentuKit)
+elseif(QT_MAJOR_VERSION EQUAL 6)
+  set(zentu_qt_version 6.2)
+  set(zentu_name ZentuKit6)
+else()
+  message(FATAL_ERROR "QT_MAJOR_VERSION is 5 or 6, not ${QT_MAJOR_VERSION}")
+endif()
