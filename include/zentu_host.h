@@ -8,7 +8,6 @@
 #include "proxy_act.h"
 
 #include <QActionGroup>
-#include <QBasicTimer>
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QFileInfo>
@@ -17,16 +16,12 @@
 #include <QPointer>
 #include <QSignalBlocker>
 #include <QTabBar>
-#include <QTimer>
-#include <QTimerEvent>
 #include <QVector>
 
-#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
-#include <map>
 #include <utility>
 
 /**
@@ -237,7 +232,7 @@ public:
         } else {
             const auto leaveNow = [this] { leaveIfLeft(); };
             m_successor = connect(m_contexts, &ContextManager::contextChanged, this, leaveNow);
-            QTimer::singleShot(0, this, leaveNow);
+            QMetaObject::invokeMethod(this, leaveNow, Qt::QueuedConnection);
         }
     }
 
@@ -248,8 +243,6 @@ private:
         QPointer<ProxyAction> proxy;
         QPointer<QAction> action;
         bool hadProxy;
-
-        bool lostProxy() const { return hadProxy && !proxy; }
     };
 
     QString ownContext() const
@@ -326,8 +319,11 @@ private:
         if (!wasIn || !m_contexts || !m_contexts->currentContexts().contains(m_context))
             return;
         // The manager of the proxies would go on to those that are dead.
-        if (std::none_of(m_backends.cbegin(), m_backends.cend(), std::mem_fn(&Backend::lostProxy)))
-            m_contexts->removeContext(m_context);
+        for (const Backend& backend : qAsConst(m_backends)) {
+            if (backend.hadProxy && !backend.proxy)
+                return;
+        }
+        m_contexts->removeContext(m_context);
     }
 
     QString m_context;
@@ -633,7 +629,7 @@ private:
     }
 
     QPointer<QObject> m_area;
-    QVector<QAction*> m_actions;
+    QList<QAction*> m_actions;
     QList<IMdiSubWindow*> m_used;
     IMdiSubWindow* m_last = nullptr;
     bool m_isWalking = false;
@@ -668,50 +664,33 @@ public:
         : QObject(parent)
         , m_changed(std::move(changed))
     {
-        connect(&m_watcher, &FileWatcher::fileChanged, this,
-            [this](const QString& path) { onFileChanged(path); });
+        connect(&m_watcher, &FileWatcher::fileChanged, this, [this](const QString& path) {
+            if (File* const file = find(path))
+                file->onChanged();
+        });
     }
 
     /// Watches a file from now on. One that is not there is told when it comes.
     void add(const QString& path)
     {
-        File& file = m_files[path];
-        file = File();
-        file.state = look(path);
-        if (!file.state.isThere()) {
-            file.isGone = true;
-            file.timer.start(QuietMs, this);
-        }
+        remove(path);
+        new File(this, path);
     }
 
     /// Ends that. Nothing that has not been told will be.
     void remove(const QString& path)
     {
-        if (m_files.erase(path) > 0)
+        if (File* const file = find(path)) {
+            delete file;
             m_watcher.removeFile(path);
+        }
     }
 
     /// Takes the file as it is now for known: for a host that has just written or read it.
     void accept(const QString& path)
     {
-        const auto file = m_files.find(path);
-        if (file != m_files.end())
-            file->second.accepted = look(path);
-    }
-
-protected:
-    void timerEvent(QTimerEvent* event) override
-    {
-        for (auto& [path, file] : m_files) {
-            if (file.timer.timerId() == event->timerId()) {
-                // The call may remove the file or delete the reloader.
-                const QString found = path;
-                const Reaction changed = m_changed;
-                if (check(found, file) && changed)
-                    changed(found);
-                return;
-            }
-        }
+        if (File* const file = find(path))
+            file->accepted = file->look();
     }
 
 private:
@@ -727,56 +706,82 @@ private:
         }
     };
 
-    struct File
+    /// A file that is watched; known by its name, which is the path.
+    class File : public QObject
     {
-        State state;
+    public:
+        File(FileReloader* reloader, const QString& path)
+            : QObject(reloader)
+            , m_reloader(reloader)
+        {
+            setObjectName(path);
+            m_state = look();
+            m_isGone = !m_state.isThere();
+            if (m_isGone)
+                wait();
+        }
+
+        // Watched first and looked at afterwards, so that no change falls between the two.
+        State look() const
+        {
+            if (QFileInfo(objectName()).isFile())
+                m_reloader->m_watcher.addFile(objectName());
+            return state();
+        }
+
+        void onChanged()
+        {
+            m_state = state();
+            wait();
+        }
+
         State accepted;
-        QBasicTimer timer;
-        bool isGone = false;
+
+    protected:
+        void timerEvent(QTimerEvent* /*event*/) override
+        {
+            const State before = std::exchange(m_state, look());
+            if (!(m_state == before))
+                return;
+            const bool wasGone = std::exchange(m_isGone, !m_state.isThere());
+            if (!m_isGone)
+                killTimer(std::exchange(m_timer, 0));
+            if (m_isGone ? wasGone : m_state == accepted)
+                return;
+            accepted = State();
+            // The call may remove the file or delete the reloader.
+            const Reaction changed = m_reloader->m_changed;
+            changed(QString(objectName()));
+        }
+
+    private:
+        State state() const
+        {
+            const QFileInfo info(objectName());
+            return info.isFile() ? State{info.size(), info.lastModified().toMSecsSinceEpoch()}
+                                 : State();
+        }
+
+        void wait()
+        {
+            if (m_timer)
+                killTimer(m_timer);
+            m_timer = startTimer(QuietMs);
+        }
+
+        FileReloader* m_reloader;
+        State m_state;
+        int m_timer = 0;
+        bool m_isGone = false;
     };
 
-    // Watched first and looked at afterwards, so that no change falls between the two.
-    State look(const QString& path)
+    // The children are files only.
+    File* find(const QString& path) const
     {
-        if (QFileInfo(path).isFile())
-            m_watcher.addFile(path);
-        return stateOf(path);
-    }
-
-    static State stateOf(const QString& path)
-    {
-        const QFileInfo info(path);
-        return info.isFile() ? State{info.size(), info.lastModified().toMSecsSinceEpoch()}
-                             : State();
-    }
-
-    void onFileChanged(const QString& path)
-    {
-        const auto file = m_files.find(path);
-        if (file == m_files.end())
-            return;
-        file->second.state = stateOf(path);
-        file->second.timer.start(QuietMs, this);
-    }
-
-    bool check(const QString& path, File& file)
-    {
-        const State now = look(path);
-        if (!(now == file.state)) {
-            file.state = now;
-            return false;
-        }
-        const bool isNews = now.isThere() ? !(now == file.accepted) : !file.isGone;
-        file.isGone = !now.isThere();
-        if (!file.isGone)
-            file.timer.stop();
-        if (isNews)
-            file.accepted = State();
-        return isNews;
+        return static_cast<File*>(findChild<QObject*>(path, Qt::FindDirectChildrenOnly));
     }
 
     FileWatcher m_watcher;
-    std::map<QString, File> m_files;
     Reaction m_changed;
 };
 

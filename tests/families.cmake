@@ -38,6 +38,7 @@ target_compile_definitions(tst_line_reader PRIVATE
 zentu_test(program LIBRARIES zentu_inspect_model)
 zentu_test(inspect_random LIBRARIES zentu_inspect_model)
 zentu_test(document_actions)
+zentu_test(document_navigator LABELS x11)
 zentu_test(follow_contexts)
 zentu_test(file_reloader)
 zentu_test(process_command_line)
