@@ -15,7 +15,8 @@ namespace Zentu {
  *
  * Many programs save by writing a new file and renaming it over the old one, which ends an ordinary
  * watch. After each change the path is therefore taken off the watch and put back 250 milliseconds
- * later if a file is there again.
+ * later if something is there again. A change within that time is never reported: read the file
+ * again some 300 milliseconds after the signal if you must not miss it.
  *
  * For the thread whose event loop the watcher lives in.
  */
@@ -35,7 +36,8 @@ public:
      *
      * Reports "failed to watch:" ... "not exist" as critical if there is nothing at the path, and
      * "failed to watch:" ... "not a file" if it is no regular file; then nothing is watched. A path
-     * that is watched already stays so.
+     * that is watched already stays so. Whether the system can watch the file is not examined: Qt
+     * warns if it cannot.
      */
     void addFile(const QString& path);
 
@@ -45,7 +47,8 @@ public:
 
 Q_SIGNALS:
     /// The file at @p path was changed, replaced or removed. The path is off the watch at this
-    /// moment; it is watched again 250 milliseconds later if it exists then.
+    /// moment; it is watched again 250 milliseconds later if it exists then. A slot that wants to
+    /// delete the watcher calls its `deleteLater()`, as Qt has other files to tell of.
     void fileChanged(const QString& path);
 
 private Q_SLOTS:

@@ -7,6 +7,7 @@
 #include <QDebug>
 #include <QFileInfo>
 #include <QFileSystemWatcher>
+#include <QPointer>
 #include <QTimer>
 
 namespace Zentu {
@@ -44,11 +45,15 @@ void FileWatcher::removeFile(const QString& path)
     watcher->removePath(path);
 }
 
-void FileWatcher::onFileChanged(QString path) // NOLINT(performance-*): a slot that hosts may know
+// The path is a copy: that which Qt passes goes with the watcher. NOLINTNEXTLINE(performance-*)
+void FileWatcher::onFileChanged(QString path)
 {
     Trace() << this << "file changed:" << path;
     watcher->removePath(path);
+    const QPointer<QObject> alive(this);
     Q_EMIT fileChanged(path);
+    if (!alive)
+        return;
 
     auto* rewatch = new LambdaSlotWrapper(this, [this, path] {
         if (QFile::exists(path)) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "lambda_slot.h"
 
+#include <QPointer>
+
 namespace Zentu {
 
 bool LambdaSlotWrapper::connect(
@@ -12,8 +14,10 @@ bool LambdaSlotWrapper::connect(
 
 void LambdaSlotWrapper::trigger()
 {
-    func();
-    if (autoDelete)
+    const QPointer<QObject> alive(this);
+    const std::function<void()> held = func;
+    held();
+    if (alive && autoDelete)
         deleteLater();
 }
 

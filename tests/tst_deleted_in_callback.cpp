@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+#include "file_watcher.h"
+#include "lambda_slot.h"
 #include "mdi_area.h"
 #include "option_dlg.h"
 #include "proxy_act.h"
@@ -6,12 +8,14 @@
 #include "recorder.h"
 
 #include <QDialogButtonBox>
+#include <QEventLoop>
 #include <QMdiArea>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 #include <QTreeWidget>
 
 #include <functional>
@@ -355,11 +359,60 @@ const Case Cases[] = {
             shown.dialog->close();
             shown.checkNothingElseWasCalled(3, 0);
         }},
+    {"sender in the callable of a wrapper",
+        [] {
+            const QPointer<QPushButton> button = new QPushButton;
+            QString seen;
+            LambdaSlotWrapper::connect(
+                button, SIGNAL(clicked()), [&seen, button, text = QStringLiteral("captured")] {
+                    delete button;
+                    seen = text;
+                });
+            button->click();
+            QVERIFY(!button);
+            QCOMPARE(seen, QStringLiteral("captured"));
+        }},
+    {"window of the sender while the callable of a wrapper runs an event loop",
+        [] {
+            auto* const window = new QWidget;
+            const QPointer<QPushButton> button = new QPushButton(window);
+            QString seen;
+            LambdaSlotWrapper::connect(
+                button, SIGNAL(clicked()), [&seen, window, text = QStringLiteral("captured")] {
+                    QEventLoop loop;
+                    QTimer::singleShot(0, &loop, [&] {
+                        delete window;
+                        loop.quit();
+                    });
+                    loop.exec();
+                    seen = text;
+                });
+            button->click();
+            QVERIFY(!button);
+            QCOMPARE(seen, QStringLiteral("captured"));
+        }},
+    {"wrapper that would delete itself in its callable",
+        [] {
+            QPointer<LambdaSlotWrapper> wrapper;
+            wrapper = new LambdaSlotWrapper(nullptr, [&wrapper] { delete wrapper; });
+            wrapper->autoDelete = true;
+            wrapper->trigger();
+            QVERIFY(!wrapper);
+        }},
+    {"file watcher in its fileChanged()",
+        [] {
+            const QPointer<FileWatcher> watcher = new FileWatcher;
+            once(watcher.data(), &FileWatcher::fileChanged, [=] { delete watcher; });
+            QVERIFY(QMetaObject::invokeMethod(
+                watcher, "onFileChanged", Q_ARG(QString, QStringLiteral("file"))));
+            QVERIFY(!watcher);
+        }},
 };
 
 } // namespace
 
 /// What a callback deletes is not looked at afterwards, and the steps that remain are left out.
+/// Where Qt itself looks at it, the callback is reached without Qt on the way.
 class DeletedInCallbackTest : public QObject
 {
     Q_OBJECT

@@ -24,6 +24,7 @@ private Q_SLOTS:
     void startsAsAChildThatStays();
     void everyEmissionCallsTheCallable();
     void callableIsCopied();
+    void callableKeepsItsState();
     void argumentsAreNotPassedOn();
     void failedConnectionLeavesAnIdleChild();
     void connectionTypeIsHonoured();
@@ -93,6 +94,16 @@ void LambdaSlotTest::callableIsCopied()
     callable = nullptr;
     sender.setObjectName(QStringLiteral("a"));
     QCOMPARE(calls, 1);
+}
+
+void LambdaSlotTest::callableKeepsItsState()
+{
+    QList<int> counted;
+    LambdaSlotWrapper wrapper(
+        nullptr, [&counted, count = 0]() mutable { counted.append(++count); });
+    wrapper.trigger();
+    wrapper.trigger();
+    QCOMPARE(counted, QList<int>({1, 2}));
 }
 
 void LambdaSlotTest::argumentsAreNotPassedOn()
