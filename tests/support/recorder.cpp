@@ -30,7 +30,7 @@ static QString channelName(Channel channel)
     Q_UNREACHABLE();
 }
 
-static QString asLine(const Entry& entry)
+QString asLine(const Entry& entry)
 {
     return channelName(entry.channel) + QLatin1Char('|') + entry.text;
 }

@@ -33,6 +33,9 @@ struct Entry
 
 bool operator==(const Entry& a, const Entry& b);
 
+/// An entry as Recorder::take() gives it.
+QString asLine(const Entry& entry);
+
 /// Shows an entry in the output of a failed comparison.
 char* toString(const Entry& entry);
 
