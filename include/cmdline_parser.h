@@ -69,7 +69,8 @@ public:
     void addOption(const QStringList& names, const QString& description = QString(),
         const QString& valueName = QString());
 
-    /// Declares an option with a single form.
+    /// Declares an option with a single form, without braces: of those around one text the compiler
+    /// cannot tell whether they are a list.
     void addOption(const QString& name, const QString& description = QString(),
         const QString& valueName = QString());
 
@@ -100,7 +101,8 @@ public:
     /// one that starts with a dash; its value is these joined with "&&".
     bool parseB(const QStringList& args);
 
-    /// As parse(const QStringList&), with the arguments of main(), taken as UTF-8.
+    /// As parse(const QStringList&), with @p argc texts in UTF-8. The arguments of main() need a
+    /// cast to this type; after the application was made, QCoreApplication::arguments() is simpler.
     bool parse(int argc, const char** argv);
 
     /// Whether the option was given in the last parse, with its value if it takes one. @p name is
@@ -108,7 +110,7 @@ public:
     bool isSet(const QString& name) const;
 
     /// The option's value in the last parse, "true" for a flag that was given. A null string if it
-    /// was not given or is not declared. @p name as for isSet().
+    /// was not given, an empty one if it is not declared. @p name as for isSet().
     QString getValue(const QString& name) const;
 
     /// The positional arguments of the last parse, in order.

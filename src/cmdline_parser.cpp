@@ -23,11 +23,11 @@ static bool isOption(const QString& arg)
     return arg.startsWith(QLatin1Char('-'));
 }
 
-static QStringView keyOf(const QString& form)
+static QString keyOf(const QString& form)
 {
-    const auto begin =
+    const auto key =
         std::find_if(form.cbegin(), form.cend(), [](QChar c) { return c != QLatin1Char('-'); });
-    return QStringView(begin, form.cend());
+    return form.mid(static_cast<int>(key - form.cbegin()));
 }
 
 namespace {
@@ -151,45 +151,24 @@ QString DescriptionTable::format() const
     return writer.text();
 }
 
-const CmdOption* _cmdline_parser_private::find(QStringView key) const
-{
-    if (!options.isSharedWith(indexed)) {
-        index.clear();
-        for (int i = 0; i < options.size(); ++i)
-            addToIndex(i);
-        indexed = options;
-    }
-    const auto it = index.constFind(key);
-    return it == index.constEnd() ? nullptr : &options.at(it.value());
-}
-
-void _cmdline_parser_private::addToIndex(int option) const
-{
-    for (const QString& key : options.at(option).keys) {
-        if (!index.contains(key))
-            index.insert(key, option);
-    }
-}
-
-// The keys have been looked up, to see that they are new, so the index is that of the options.
-void _cmdline_parser_private::declare(const CmdOption& option)
-{
-    // A list with two owners would be copied.
-    indexed = QList<CmdOption>();
-    options.append(option);
-    addToIndex(static_cast<int>(options.size()) - 1);
-    indexed = options;
-}
-
 CmdOption _cmdline_parser_private::findOptionDefine(const QString& key) const
 {
-    const CmdOption* const option = find(key);
-    return option ? *option : CmdOption();
+    const auto it = std::find_if(options.cbegin(), options.cend(),
+        [&](const CmdOption& option) { return option.keys.contains(key); });
+    return it == options.cend() ? CmdOption() : *it;
 }
 
 bool _cmdline_parser_private::hasOption(const QString& key) const
 {
-    return find(key) != nullptr;
+    return std::any_of(options.cbegin(), options.cend(),
+        [&](const CmdOption& option) { return option.keys.contains(key); });
+}
+
+void _cmdline_parser_private::declare(const CmdOption& option)
+{
+    for (const QString& key : option.keys)
+        declared.insert(key, static_cast<int>(options.size()));
+    options.append(option);
 }
 
 bool _cmdline_parser_private::parse(const QStringList& args, ListMode listMode)
@@ -216,18 +195,18 @@ bool _cmdline_parser_private::parse(const QStringList& args, ListMode listMode)
 int _cmdline_parser_private::takeOption(const QStringList& args, int position, ListMode listMode)
 {
     const QString& arg = args.at(position);
-    const QStringView key = keyOf(arg);
-    const CmdOption* const option = key.isEmpty() ? nullptr : find(key);
-    if (!option) {
+    const auto it = declared.constFind(keyOf(arg));
+    if (it == declared.cend()) {
         unknownOptions.append(arg);
         return position + 1;
     }
-    if (option->valueName.isEmpty()) {
-        values.insert(option->id, QStringLiteral("true"));
+    const CmdOption& option = options.at(it.value());
+    if (option.valueName.isEmpty()) {
+        values.insert(option.id, QStringLiteral("true"));
         return position + 1;
     }
 
-    const bool all = listMode == ListMode::All && option->valueName == QLatin1String("ValueList");
+    const bool all = listMode == ListMode::All && option.valueName == QLatin1String("ValueList");
     const auto first = args.cbegin() + position + 1;
     const auto end = all ? std::find_if(first, args.cend(), isOption)
                          : first + (first != args.cend() && !isOption(*first));
@@ -236,11 +215,10 @@ int _cmdline_parser_private::takeOption(const QStringList& args, int position, L
         missingValues.append(arg);
         return position + 2;
     }
-    QString value = *first;
-    for (auto it = first + 1; it != end; ++it)
-        value += QLatin1String("&&") + *it;
-    values.insert(option->id, value);
-    return static_cast<int>(end - args.cbegin());
+    const auto count = static_cast<int>(end - first);
+    values.insert(option.id,
+        all ? args.mid(position + 1, count).join(QStringLiteral("&&")) : args.at(position + 1));
+    return position + 1 + count;
 }
 
 CmdLineParser::CmdLineParser(const QString& appName)
@@ -274,16 +252,16 @@ void CmdLineParser::addOption(
     CmdOption option;
     option.names = names;
     for (const QString& form : names) {
-        const QStringView key = keyOf(form);
+        const QString key = keyOf(form);
         if (!isOption(form) || key.isEmpty()) {
             refuse("incorrect option form", form);
             return;
         }
-        if (d->find(key)) {
+        if (d->declared.contains(key)) {
             refuse("duplicated option form", form);
             return;
         }
-        option.keys.append(key.toString());
+        option.keys.append(key);
     }
     option.id = static_cast<quint32>(qHash(option.keys.first(), 0));
     option.description = description;
@@ -332,14 +310,14 @@ bool CmdLineParser::parse(int argc, const char** argv)
 
 bool CmdLineParser::isSet(const QString& name) const
 {
-    const CmdOption* const option = d->find(keyOf(name));
-    return option && option->id != 0 && d->values.contains(option->id);
+    const quint32 id = d->findOptionDefine(keyOf(name)).id;
+    return id != 0 && d->values.contains(id);
 }
 
 QString CmdLineParser::getValue(const QString& name) const
 {
-    const CmdOption* const option = d->find(keyOf(name));
-    return option && option->id != 0 ? d->values.value(option->id) : QString();
+    const quint32 id = d->findOptionDefine(keyOf(name)).id;
+    return id != 0 ? d->values.value(id) : QStringLiteral("");
 }
 
 QStringList CmdLineParser::positionalArguments() const
@@ -357,26 +335,11 @@ QString CmdLineParser::errorMessage() const
     return part("unknown option: ", d->unknownOptions) + part("missing value: ", d->missingValues);
 }
 
-// Prints a text that serves as its own format: a pair of percent signs prints one. There are no
-// arguments for any other conversion, so its sign is doubled and it prints as it is written.
+// The text serves as its own format, for which there are no arguments: a pair of percent signs
+// prints one, and any other conversion prints as it is written.
 static void printAsFormat(const QString& text)
 {
-    QByteArray format;
-    const QByteArray latin1 = text.toLatin1();
-    for (int i = 0; i < latin1.size(); ++i) {
-        format += latin1.at(i);
-        if (latin1.at(i) == '%') {
-            format += '%';
-            if (i + 1 < latin1.size() && latin1.at(i + 1) == '%')
-                ++i;
-        }
-    }
-    QT_WARNING_PUSH
-    // The text is the format on purpose, and holds no conversion by now.
-    QT_WARNING_DISABLE_GCC("-Wformat-security")
-    QT_WARNING_DISABLE_CLANG("-Wformat-security")
-    std::fprintf(stdout, format.constData());
-    QT_WARNING_POP
+    std::fputs(text.toLatin1().replace("%%", "%").constData(), stdout);
     std::fputc('\n', stdout);
 }
 

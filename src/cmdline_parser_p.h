@@ -6,7 +6,6 @@
 #include <QMap>
 #include <QString>
 #include <QStringList>
-#include <QStringView>
 
 namespace Zentu {
 
@@ -56,17 +55,13 @@ public:
     enum class ListMode { FirstOnly, All };
 
     bool parse(const QStringList& args, ListMode listMode);
-    const CmdOption* find(QStringView key) const;
     void declare(const CmdOption& option);
 
-private:
-    void addToIndex(int option) const;
-    int takeOption(const QStringList& args, int index, ListMode listMode);
+    /// The position of each option that was declared, by its keys.
+    QHash<QString, int> declared;
 
-    // The first option of each key, and the declarations that it was made of, whose keys it refers
-    // to. A list that has changed does not share its items with them any more.
-    mutable QHash<QStringView, int> index;
-    mutable QList<CmdOption> indexed;
+private:
+    int takeOption(const QStringList& args, int position, ListMode listMode);
 };
 
 } // namespace Zentu

@@ -63,6 +63,7 @@ private Q_SLOTS:
     void unknownNamesAreNotSet();
     void valuesNotGivenAreNull();
     void resultsAreForgottenAfterTheLine();
+    void listOfOneEmptyArgumentIsWhatJoinGives();
     void declarationsAfterAParseCount();
     void argumentsOfMainAreUtf8();
     void messageOfUnknownOptionsIsKeptAsItIs();
@@ -275,6 +276,7 @@ void CmdLineParserTest::unknownNamesAreNotSet()
     for (const char* name : {"z", "V", "", "-", "ver"}) {
         QVERIFY(!parser.isSet(latin(name)));
         QVERIFY(parser.getValue(latin(name)).isEmpty());
+        QVERIFY(!parser.getValue(latin(name)).isNull());
     }
     QVERIFY(recorder.isEmpty());
 }
@@ -308,6 +310,17 @@ void CmdLineParserTest::resultsAreForgottenAfterTheLine()
     QVERIFY(parser.errorMessage().isEmpty());
     QVERIFY(parser.positionalArguments().isEmpty());
     QVERIFY(!parser.isSet(latin("v")));
+}
+
+void CmdLineParserTest::listOfOneEmptyArgumentIsWhatJoinGives()
+{
+    Parser parser;
+    QVERIFY(parser.parseB({latin("prog"), latin("--inc"), latin("")}));
+    QVERIFY(parser.isSet(latin("inc")));
+    QCOMPARE(
+        parser.getValue(latin("inc")).isNull(), QStringList(latin("")).join(latin("&&")).isNull());
+    QVERIFY(parser.parseB({latin("prog"), latin("-o"), latin("")}));
+    QVERIFY(!parser.getValue(latin("o")).isNull());
 }
 
 void CmdLineParserTest::declarationsAfterAParseCount()
