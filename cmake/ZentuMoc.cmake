@@ -3,10 +3,7 @@
 
 function(zentu_moc_rule target source output)
   get_filename_component(source "${source}" ABSOLUTE)
-  # Without the folder of the output: moc would find what it made the time before, and ninja a circle.
-  get_filename_component(own "${output}" DIRECTORY)
   set(folders "$<REMOVE_DUPLICATES:$<TARGET_PROPERTY:${target},INCLUDE_DIRECTORIES>>")
-  set(folders "$<FILTER:${folders},EXCLUDE,^${own}$>")
   set(definitions "$<TARGET_PROPERTY:${target},COMPILE_DEFINITIONS>")
   # Removed first: moc reads what the source includes, and so would name its own output among the files
   # that this depends on.
@@ -18,7 +15,7 @@ function(zentu_moc_rule target source output)
       -o "${output}" "${source}"
     DEPENDS "${source}"
     DEPFILE "${output}.d"
-    COMMENT ""
+    COMMENT "Running moc on ${source}"
     COMMAND_EXPAND_LISTS VERBATIM)
 endfunction()
 

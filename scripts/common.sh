@@ -7,6 +7,13 @@ top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # What a build needs; the checks add to it.
 build_packages=(g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools fonts-dejavu-core)
 
+# What the tests take beside it: an X server, and make and qmake for those who build with them.
+# shellcheck disable=SC2034 # read by the commands
+test_packages=(xvfb xauth openbox make pkg-config qt5-qmake)
+
+# Nothing is compiled twice where ccache is.
+! command -v ccache >/dev/null || export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+
 step() { printf '==> %s\n' "$*"; }
 
 die() {
@@ -49,4 +56,16 @@ build() {
   step "Building $preset"
   NINJA_STATUS='[%f/%t] ' ninja -C "$top/build/$preset" --quiet "$@" ||
     die "the $preset build failed"
+}
+
+# run_tests PRESET [BUILD] runs the tests of a preset, and says how to run those alone that failed.
+run_tests() {
+  local preset=$1 failed=$top/build/${2-$1}/Testing/Temporary/LastTestsFailed.log name
+  step "Running the tests of $preset"
+  rm -f "$failed"
+  ! (cd "$top" && ctest --preset "$preset") || return 0
+  [ ! -e "$failed" ] || while IFS=: read -r _ name; do
+    echo "once more, alone: ctest --preset $preset -R '^$name\$'"
+  done <"$failed"
+  die "a test failed"
 }
