@@ -68,6 +68,7 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/new-host"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/ZentuKit" COMPONENT development)
 file(RELATIVE_PATH template
   "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_DATADIR}/ZentuKit/new-host")
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/scripts/new-host")
 file(READ "${PROJECT_SOURCE_DIR}/scripts/new-host" command)
 string(REPLACE "../examples/new-host" "${template}" command "${command}")
 file(WRITE "${PROJECT_BINARY_DIR}/zentu-new-host" "${command}")
@@ -78,7 +79,7 @@ install(PROGRAMS "${PROJECT_BINARY_DIR}/zentu-new-host"
 set(documents "${CMAKE_INSTALL_DATADIR}/doc")
 set(ZENTU_QCH "" CACHE FILEPATH "The zentukit.qch of scripts/docs, to be installed")
 install(FILES CHANGELOG.md DESTINATION "${documents}/libzentukit" COMPONENT runtime)
-install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE ${ZENTU_QCH}
+install(FILES README.md CHANGELOG.md CODE_OF_CONDUCT.md CONTRIBUTING.md LICENSE SECURITY.md ${ZENTU_QCH}
   DESTINATION "${documents}/libzentukit-dev" COMPONENT development)
 install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT development
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
@@ -94,6 +95,7 @@ function(zentu_install_compressed file name destination component)
   if(NOT ZENTU_GZIP)
     return()
   endif()
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${file}")
   set(compressed "${PROJECT_BINARY_DIR}/compressed")
   file(MAKE_DIRECTORY "${compressed}")
   execute_process(COMMAND "${ZENTU_GZIP}" -9nc "${file}"
