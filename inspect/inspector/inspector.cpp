@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+#include "inspector.h"
+
+#include "own_lines.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QWidget>
+
+namespace Zentu::Inspect {
+
+// The plug-in is made in the middle of the application's constructor: nothing but listening works.
+Inspector::Inspector()
+{
+    qApp->installEventFilter(this);
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &Inspector::close);
+}
+
+Inspector::~Inspector()
+{
+    close();
+}
+
+bool Inspector::eventFilter(QObject* watched, QEvent* event)
+{
+    const auto* const widget = qobject_cast<const QWidget*>(watched);
+    if (event->type() == QEvent::Show && widget && widget->isWindow()
+        && widget->windowType() == Qt::Window) {
+        qApp->removeEventFilter(this);
+        // Once the host's window is up, so that it is the one which is activated.
+        QMetaObject::invokeMethod(this, &Inspector::open, Qt::QueuedConnection);
+    }
+    return false;
+}
+
+void Inspector::open()
+{
+    const OwnLines::Scope own;
+    m_session = std::make_unique<Session>(m_listener);
+    m_window = std::make_unique<Window>(*m_session);
+    m_session->takeLines();
+    m_window->show();
+}
+
+// Before the application is gone, whose windows do not outlive it.
+void Inspector::close()
+{
+    m_window.reset();
+    m_session.reset();
+}
+
+} // namespace Zentu::Inspect

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#include "own_lines.h"
+
+#include <QObject>
+
+#include <mutex>
+#include <unordered_set>
+
+namespace Zentu::Inspect::OwnLines {
+
+static thread_local int s_scopes = 0;
+
+namespace {
+
+/// The addresses of the inspector's objects. Other threads ask, too.
+struct Speakers
+{
+    std::mutex mutex;
+    std::unordered_set<Address> addresses;
+};
+
+} // namespace
+
+// Never destroyed: objects of static storage may log while the process ends.
+static Speakers& speakers()
+{
+    static auto* const instance = new Speakers;
+    return *instance;
+}
+
+Scope::Scope()
+{
+    ++s_scopes;
+}
+
+Scope::~Scope()
+{
+    --s_scopes;
+}
+
+void add(QObject* object)
+{
+    const auto address = reinterpret_cast<Address>(object);
+    {
+        const std::lock_guard<std::mutex> guard(speakers().mutex);
+        speakers().addresses.insert(address);
+    }
+    // As late as can be, since a document speaks in its destructor.
+    QObject::connect(object, &QObject::destroyed, [address] {
+        const std::lock_guard<std::mutex> guard(speakers().mutex);
+        speakers().addresses.erase(address);
+    });
+}
+
+bool contain(const Line& line)
+{
+    if (s_scopes > 0)
+        return true;
+    if (line.reading != Reading::Understood)
+        return false;
+    const std::lock_guard<std::mutex> guard(speakers().mutex);
+    return speakers().addresses.count(line.speaker.address) > 0;
+}
+
+} // namespace Zentu::Inspect::OwnLines
