@@ -154,7 +154,7 @@ QString TextFile::firstUnwritable(const QString& text) const
     };
     if (holds(text))
         return QString();
-    for (qsizetype i = 0; i < text.size(); ++i) {
+    for (decltype(text.size()) i = 0; i < text.size(); ++i) {
         const QString character = text.mid(i, text.at(i).isHighSurrogate() ? 2 : 1);
         if (!holds(character))
             return character;

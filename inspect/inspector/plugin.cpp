@@ -16,7 +16,7 @@ class InspectorPlugin : public QGenericPlugin
     Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "plugin.json")
 
 public:
-    QObject* create(const QString& key, const QString& specification) override;
+    QObject* create(const QString& key, const QString& settings) override;
 };
 
 QObject* InspectorPlugin::create(const QString& key, const QString&)
