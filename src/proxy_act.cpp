@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "proxy_act.h"
 
-#include "link_p.h"
 #include "trace_p.h"
 
 #include <QDebug>
 #include <QHash>
+#include <QMetaMethod>
 #include <QPointer>
 
 #include <algorithm>
@@ -17,17 +17,79 @@ namespace Zentu {
 class _proxy_act_private
 {
 public:
+    using Backend = QHash<QString, QAction*>::iterator;
+
     QAction* select() const;
-    QHash<QString, QAction*>::iterator findBackend(const QObject* action);
+    Backend findBackend(const QObject* action);
+    void insert(const QString& context, QAction* action);
+    void erase(Backend backend);
     void copyProperties(QAction* proxy) const;
 
     QStringList currentContext;
     QAction* defaultProp = nullptr;
     QAction* activeBackend = nullptr;
     QHash<QString, QAction*> backends;
+    // To look through all backends for each one that dies would take the square of their number.
+    QMultiHash<const QObject*, QString> contextsOf;
     // Counted so that a switch notices that another one has overtaken it.
     int switches = 0;
 };
+
+namespace {
+
+/// A connection by signatures, which are looked up once. An object whose class has a meta-object of
+/// its own may have declared anew what they name, so there they are looked up each time.
+template <typename Sender, typename Receiver>
+class Link
+{
+public:
+    /// The signatures as SIGNAL() and SLOT() make them; @p method may be a signal too.
+    Link(const char* signal, const char* method)
+        : m_signal(signal)
+        , m_method(method)
+        , m_senderMethod(find(Sender::staticMetaObject, signal))
+        , m_receiverMethod(find(Receiver::staticMetaObject, method))
+    {
+    }
+
+    void connect(const Sender* sender, const Receiver* receiver) const
+    {
+        if (areKnown(sender, receiver))
+            QObject::connect(sender, m_senderMethod, receiver, m_receiverMethod);
+        else
+            QObject::connect(sender, m_signal, receiver, m_method);
+    }
+
+    void disconnect(const Sender* sender, const Receiver* receiver) const
+    {
+        if (areKnown(sender, receiver))
+            QObject::disconnect(sender, m_senderMethod, receiver, m_receiverMethod);
+        else
+            QObject::disconnect(sender, m_signal, receiver, m_method);
+    }
+
+private:
+    static QMetaMethod find(const QMetaObject& metaObject, const char* signature)
+    {
+        const bool isSignal = *signature == '0' + QSIGNAL_CODE;
+        const char* const name = signature + 1;
+        return metaObject.method(
+            isSignal ? metaObject.indexOfSignal(name) : metaObject.indexOfSlot(name));
+    }
+
+    static bool areKnown(const Sender* sender, const Receiver* receiver)
+    {
+        return sender && sender->metaObject() == &Sender::staticMetaObject
+            && receiver->metaObject() == &Receiver::staticMetaObject;
+    }
+
+    const char* m_signal;
+    const char* m_method;
+    QMetaMethod m_senderMethod;
+    QMetaMethod m_receiverMethod;
+};
+
+} // namespace
 
 /// How a proxy and its backends are connected.
 struct ProxyLinks
@@ -62,9 +124,24 @@ QAction* _proxy_act_private::select() const
     return nullptr;
 }
 
-QHash<QString, QAction*>::iterator _proxy_act_private::findBackend(const QObject* action)
+// Of several contexts of one action, the one that comes first among all backends.
+_proxy_act_private::Backend _proxy_act_private::findBackend(const QObject* action)
 {
+    if (contextsOf.count(action) == 1)
+        return backends.find(contextsOf.value(action));
     return std::find(backends.begin(), backends.end(), action);
+}
+
+void _proxy_act_private::insert(const QString& context, QAction* action)
+{
+    backends.insert(context, action);
+    contextsOf.insert(action, context);
+}
+
+void _proxy_act_private::erase(Backend backend)
+{
+    contextsOf.remove(backend.value(), backend.key());
+    backends.erase(backend);
 }
 
 // Each setter emits signals whose listeners may switch to another backend, so each value is read
@@ -119,7 +196,7 @@ void ProxyAction::addBackendAction(QAction* action, const QString& context)
         qWarning() << this << "duplicated backend action register" << context << action;
     } else {
         Trace() << this << "add backend action" << context << action;
-        d->backends.insert(context, action);
+        d->insert(context, action);
         const QPointer<QObject> alive(this);
         links().destroyed.connect(action, this);
         if (!alive)
@@ -137,7 +214,7 @@ void ProxyAction::removeBackendAction(QAction* action)
         return;
     }
     Trace() << this << "remove backend action" << action;
-    d->backends.erase(it);
+    d->erase(it);
     const QPointer<QObject> alive(this);
     const QPointer<QObject> removed(action);
     links().destroyed.disconnect(action, this);
@@ -154,7 +231,7 @@ QAction* ProxyAction::removeBackendContext(const QString& context)
     }
     QAction* const action = it.value();
     Trace() << this << "remove backend context" << context << action;
-    d->backends.erase(it);
+    d->erase(it);
     const QPointer<QObject> alive(this);
     const QPointer<QObject> removed(action);
     links().destroyed.disconnect(action, this);
@@ -235,7 +312,7 @@ void ProxyAction::onBackendActionDestroyed(QObject* dead)
     const auto it = d->findBackend(dead);
     if (it == d->backends.end())
         return;
-    d->backends.erase(it);
+    d->erase(it);
     if (d->activeBackend == dead)
         updateProxy(true);
 }

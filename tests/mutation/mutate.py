@@ -33,7 +33,6 @@ TESTS = {
     "include/qlogstream.h": ["qlogstream", "trace_text"],
     "include/ievent.h": ["ievent", "event_mgr"],
     "include/lambda_slot.h": ["lambda_slot", "file_watcher"],
-    "src/link_p.h": ["proxy_action", "mdi_area", "object_pool", "action_mgr"],
     "src/trace_p.h": ["trace_text", "event_mgr", "mdi_area", "option_dialog", "action_mgr"],
     "src/cmdline_parser_p.h": ["cmdline_parser", "cmdline_parser_private", "cmdline_random"],
     "src/mdi_area_p.h": ["mdi_area"],
