@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
+#include "answers.h"
 #include "program.h"
 
+#include <QRandomGenerator>
 #include <QTest>
+
+#include <numeric>
 
 using namespace Zentu::Inspect;
 
@@ -65,6 +69,7 @@ private Q_SLOTS:
     void derivedSpeakersAreTold();
     void textWithoutItemsNeedsAKnownSpeaker();
     void historyIsBounded();
+    void randomBytesAndCutTraces();
 };
 
 void ProgramTest::newestSubscriberComesFirst()
@@ -424,6 +429,49 @@ void ProgramTest::historyIsBounded()
     QCOMPARE(program.remarks().size(), Program::HistorySize);
     QCOMPARE(program.counts().remarks, 1000);
     QCOMPARE(program.switchCount(), 1000);
+}
+
+// A trace of every text, cut and with bytes changed, in any order.
+void ProgramTest::randomBytesAndCutTraces()
+{
+    QRandomGenerator random(3);
+    std::string trace;
+    for (int i = 0; i < 400; ++i) {
+        const TextInfo& info = TextTable[random.bounded(static_cast<quint32>(TextTable.size()))];
+        if (!info.speaker.empty())
+            trace += std::string(info.speaker) + "(0x" + std::to_string(random.bounded(3)) + ") ";
+        trace += info.text;
+        for (const char kind : info.items) {
+            const std::string number = std::to_string(random.bounded(3));
+            trace += ' ';
+            trace += kind == 's' ? '"' + number + '"'
+                : kind == 'l'    ? "(\"" + number + "\")"
+                : kind == 'o'    ? "QObject(0x" + number + ')'
+                                 : "0x" + number;
+        }
+        trace += ' ' + std::string(info.end) + '\n';
+    }
+    for (int run = 0; run < 1000; ++run) {
+        std::string cut = trace.substr(random.bounded(static_cast<quint32>(trace.size())));
+        cut.resize(std::min<std::size_t>(cut.size(), 3000));
+        for (int changes = random.bounded(20); changes > 0 && !cut.empty(); --changes)
+            cut[random.bounded(static_cast<quint32>(cut.size()))] =
+                static_cast<char>(random.bounded(256));
+        Program program;
+        std::string_view rest = cut;
+        while (!rest.empty()) {
+            const std::string_view line = rest.substr(0, rest.find('\n'));
+            program.feed(line);
+            rest.remove_prefix(std::min(line.size() + 1, rest.size()));
+        }
+        const QStringList ids = actionIds(program);
+        for (const QString& id : ids)
+            QVERIFY(!whyIsIt(program, id)->reason.isEmpty());
+        leaks(program);
+        const Counts& counts = program.counts();
+        QCOMPARE(std::accumulate(counts.readings.begin(), counts.readings.end(), qint64(0)),
+            counts.lines);
+    }
 }
 
 QTEST_APPLESS_MAIN(ProgramTest)

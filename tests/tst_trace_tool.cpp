@@ -9,6 +9,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QXmlStreamReader>
 
 #include <initializer_list>
 
@@ -94,6 +95,10 @@ private Q_SLOTS:
     void normalFormKnowsWhoIsGone();
     void diffTellsOnlyWhatDiffers();
     void diffOfTheSameBehaviour();
+    void drawingsAreWholeAndStandAlone_data();
+    void drawingsAreWholeAndStandAlone();
+    void graphInJson();
+    void timelineInJson();
     void followGoesOnWithTheFile();
     void standardInput();
     void cutTracesDoNoHarm();
@@ -133,8 +138,8 @@ void TraceToolTest::helpNamesEveryCommand()
 {
     const Answer answer = run({QStringLiteral("--help")});
     QCOMPARE(answer.exit, 0);
-    for (const char* const command :
-        {"summary", "why", "events", "contexts", "leaks", "normal", "diff", "follow"})
+    for (const char* const command : {"summary", "why", "events", "contexts", "leaks", "timeline",
+             "graph", "normal", "diff", "follow"})
         QVERIFY2(answer.text.contains(QByteArray("\n  ") + command + ' '), command);
 }
 
@@ -423,6 +428,87 @@ void TraceToolTest::diffOfTheSameBehaviour()
     const Answer answer = run({QStringLiteral("diff"), file(session()), file(other)});
     QCOMPARE(answer.exit, 0);
     QCOMPARE(answer.text, QByteArray());
+}
+
+void TraceToolTest::drawingsAreWholeAndStandAlone_data()
+{
+    QTest::addColumn<QString>("command");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("timeline") << QStringLiteral("timeline")
+                              << QStringList({QStringLiteral("7"), QStringLiteral("a<b>&\"c\""),
+                                     QStringLiteral("document.opend"), QStringLiteral("text"),
+                                     QStringLiteral("file.save")});
+    QTest::newRow("graph") << QStringLiteral("graph")
+                           << QStringList({QStringLiteral("thread 7"), QStringLiteral("a<b>&\"c\""),
+                                  QStringLiteral("0xc1")});
+}
+
+void TraceToolTest::drawingsAreWholeAndStandAlone()
+{
+    QFETCH(QString, command);
+    QFETCH(QStringList, names);
+    const QString trace = file(session()
+        + timed({R"(Zentu::EventManager(0x8) post event IEvent(0xe, type = "a<b>&\"c\"") 0)"}));
+    const QString svg = m_folder.filePath(QStringLiteral("drawing.svg"));
+    const QString html = m_folder.filePath(QStringLiteral("drawing.html"));
+    QCOMPARE(run({command, trace, QStringLiteral("-o"), svg}).exit, 0);
+    QCOMPARE(run({command, trace, QStringLiteral("-o"), html}).exit, 0);
+
+    QFile drawing(svg);
+    QVERIFY(drawing.open(QIODevice::ReadOnly));
+    const QByteArray text = drawing.readAll();
+    QXmlStreamReader reader(text);
+    QStringList found;
+    while (!reader.atEnd()) {
+        if (reader.readNext() == QXmlStreamReader::StartElement)
+            found.append(reader.attributes().value(QLatin1String("data-name")).toString());
+    }
+    QVERIFY2(!reader.hasError(), qPrintable(reader.errorString()));
+    for (const QString& name : names)
+        QVERIFY2(found.contains(name), qPrintable(name));
+
+    QFile page(html);
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    const QByteArray pageText = page.readAll();
+    QVERIFY(pageText.startsWith("<!DOCTYPE html>"));
+    QVERIFY(pageText.contains(text));
+    QCOMPARE(pageText.count("://"), 1);
+    QVERIFY(!pageText.contains("src="));
+    QCOMPARE(run({command, trace, QStringLiteral("-o"), QStringLiteral("/nowhere/x.svg")}).exit, 2);
+}
+
+void TraceToolTest::graphInJson()
+{
+    const QJsonObject graph =
+        run({QStringLiteral("graph"), QStringLiteral("--json"), file(session())}).json().toObject();
+    QCOMPARE(QJsonDocument(graph).toJson(QJsonDocument::Compact),
+        QByteArray(R"({"hearing":[{"from":"document.opened","posts":1,"to":"0xc1"},)"
+                   R"({"from":"document.opened","posts":1,"to":"0xc2"}],)"
+                   R"("posts":[{"from":"thread 7","posts":1,"to":"document.opend"},)"
+                   R"({"from":"thread 7","posts":1,"to":"document.opened"}]})"));
+}
+
+void TraceToolTest::timelineInJson()
+{
+    // Without times the lines are counted.
+    QByteArray trace = session();
+    trace.replace(QByteArray("Z 1 7 "), QByteArray("Z\n"));
+    QByteArray plain;
+    for (const QByteArray& line : trace.split('\n')) {
+        if (!line.startsWith("2026"))
+            plain += line + '\n';
+    }
+    const QJsonObject timeline =
+        run({QStringLiteral("timeline"), QStringLiteral("--json"), QStringLiteral("-")}, plain)
+            .json()
+            .toObject();
+    QCOMPARE(QJsonDocument(timeline.value(QStringLiteral("actions")).toArray())
+                 .toJson(QJsonDocument::Compact),
+        QByteArray(
+            R"([{"name":"file.save","spans":[{"from":10,"to":15,"what":"text"}],"ticks":[]}])"));
+    QCOMPARE(QJsonDocument(timeline.value(QStringLiteral("contexts")).toArray())
+                 .toJson(QJsonDocument::Compact),
+        QByteArray(R"([{"name":"text","spans":[{"from":7,"to":12,"what":"text"}],"ticks":[]}])"));
 }
 
 void TraceToolTest::followGoesOnWithTheFile()

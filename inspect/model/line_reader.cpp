@@ -365,7 +365,6 @@ QString decoded(std::string_view bytes)
 /// The character of an escape of hexadecimal digits, behind its letter.
 static QString escapedCharacter(Cursor& cursor, std::size_t digits)
 {
-    Item ignored;
     uint code = 0;
     const std::string_view number = cursor.rest().substr(0, digits);
     if (!Cursor(number).parse(code, 16))

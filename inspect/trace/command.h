@@ -34,6 +34,8 @@ int why(const Request& request);
 int events(const Request& request);
 int contexts(const Request& request);
 int leaks(const Request& request);
+int timeline(const Request& request);
+int graph(const Request& request);
 int normal(const Request& request);
 int diff(const Request& request);
 int follow(const Request& request);

@@ -1,0 +1,446 @@
+// SPDX-License-Identifier: MIT
+//
+// The commands that draw.
+
+#include "answers.h"
+#include "command.h"
+#include "picture.h"
+
+#include <QDateTime>
+#include <QJsonArray>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <set>
+
+namespace Zentu::Inspect {
+
+static int writePicture(const Request& request, const QString& title, const QByteArray& svg)
+{
+    const bool isPage = request.output.endsWith(QLatin1String(".html"), Qt::CaseInsensitive);
+    return writeOutput(request, isPage ? page(title, svg) : svg) ? Fine : Failed;
+}
+
+// Over time
+
+namespace {
+
+constexpr double LabelWidth = 240;
+constexpr double Width = 1200;
+constexpr double RowHeight = 20;
+// As fine as one can zoom in.
+constexpr int Columns = 20000;
+constexpr const char* Heard = "#0b7285";
+
+/// Seconds where the lines have times, else the numbers of the lines.
+struct Scale
+{
+    double first = 0;
+    double last = 0;
+    bool isTime = false;
+
+    double x(double at) const
+    {
+        const double span = std::max(last - first, 1e-6);
+        return LabelWidth + (at - first) / span * Width;
+    }
+};
+
+/// From when to when something was so.
+struct Span
+{
+    double from = 0;
+    double to = -1; ///< Before from while it is still so
+    QString what;
+};
+
+struct Row
+{
+    std::vector<Span> spans;
+    std::vector<Span> ticks; ///< Of no length
+};
+
+using Rows = std::map<QString, Row>;
+
+/// What a timeline shows, gathered line by line.
+class Timeline
+{
+public:
+    void add(const Line& line);
+    void finish();
+
+    Picture draw(double& height) const;
+    QJsonObject json() const;
+
+private:
+    void tick(Rows& rows, const QString& name, const QString& what);
+    void begin(Rows& rows, const QString& name, const QString& what);
+    void end(Rows& rows, const QString& name);
+    void addProxyLine(const Line& line);
+    void drawRows(Picture& picture, const QString& title, const Rows& rows, const char* tickColour,
+        const char* spanStyle, double& y) const;
+    static QJsonArray jsonOf(const Rows& rows);
+
+    Scale m_scale;
+    double m_now = 0;
+    qint64 m_number = 0;
+    Program m_program;
+    Rows m_threads;
+    Rows m_events;
+    Rows m_unheard;
+    Rows m_contexts;
+    Rows m_actions;
+};
+
+} // namespace
+
+static double seconds(std::string_view time)
+{
+    // Qt reads milliseconds; what is behind them is added.
+    const QString text = decoded(time);
+    const QDateTime second = QDateTime::fromString(text.left(19), Qt::ISODate);
+    const int dot = static_cast<int>(text.indexOf(QLatin1Char('.')));
+    QString digits = dot < 0 ? QString() : text.mid(dot);
+    while (!digits.isEmpty() && !digits.back().isDigit())
+        digits.chop(1);
+    return static_cast<double>(second.toMSecsSinceEpoch()) / 1000 + digits.toDouble();
+}
+
+void Timeline::tick(Rows& rows, const QString& name, const QString& what)
+{
+    std::vector<Span>& ticks = rows[name].ticks;
+    // One for what cannot be told apart at the finest.
+    if (ticks.size() >= Columns)
+        return;
+    ticks.push_back(Span{m_now, m_now, what});
+}
+
+void Timeline::begin(Rows& rows, const QString& name, const QString& what)
+{
+    end(rows, name);
+    rows[name].spans.push_back(Span{m_now, -1, what});
+}
+
+void Timeline::end(Rows& rows, const QString& name)
+{
+    std::vector<Span>& spans = rows[name].spans;
+    if (!spans.empty() && spans.back().to < spans.back().from)
+        spans.back().to = m_now;
+}
+
+void Timeline::addProxyLine(const Line& line)
+{
+    const auto proxy = m_program.proxies().find(line.speaker.address);
+    if (proxy == m_program.proxies().end() || proxy->second.ids.empty())
+        return;
+    const QString id = unescaped(proxy->second.ids.front());
+    const Address active = proxy->second.active.value_or(0);
+    const auto context = Program::activeContext(proxy->second);
+    if (active == 0)
+        end(m_actions, id);
+    else
+        begin(m_actions, id, context ? unescaped(*context) : hex(active));
+}
+
+void Timeline::add(const Line& line)
+{
+    ++m_number;
+    if (!line.time.empty()) {
+        m_now = seconds(line.time);
+        if (!m_scale.isTime)
+            m_scale.first = m_now;
+        m_scale.isTime = true;
+    } else if (!m_scale.isTime) {
+        m_now = static_cast<double>(m_number);
+        if (m_number == 1)
+            m_scale.first = m_now;
+    }
+    m_scale.last = std::max(m_scale.last, m_now);
+    m_program.feed(line);
+    if (!line.thread.empty())
+        tick(m_threads, decoded(line.thread), {});
+    if (line.reading != Reading::Understood)
+        return;
+
+    const QString name = unescaped(line.items[0].text);
+    const QString global = name + QStringLiteral(" (global)");
+    switch (line.info->id) {
+    case Text::Post: {
+        const std::string_view escapedType = line.items[0].field("type = ");
+        const EventTypes& types = m_program.buses().at(line.speaker.address);
+        const auto type = types.find(escapedType);
+        const bool isUnheard = type != types.end() && type->second.subscribers.empty();
+        tick(isUnheard ? m_unheard : m_events, unescaped(escapedType),
+            QStringLiteral("line %1").arg(m_number));
+        break;
+    }
+    case Text::PushContext:
+        begin(m_contexts, name, name);
+        break;
+    case Text::RemoveContext:
+        end(m_contexts, name);
+        break;
+    case Text::AddGlobalContext:
+        begin(m_contexts, global, global);
+        break;
+    case Text::RemoveGlobalContext:
+        end(m_contexts, global);
+        break;
+    case Text::ActiveBackend:
+        addProxyLine(line);
+        break;
+    default:
+        break;
+    }
+}
+
+void Timeline::finish()
+{
+    m_now = m_scale.last;
+    for (Rows* const rows : {&m_contexts, &m_actions}) {
+        for (const auto& row : *rows)
+            end(*rows, row.first);
+    }
+}
+
+void Timeline::drawRows(Picture& picture, const QString& title, const Rows& rows,
+    const char* tickColour, const char* spanStyle, double& y) const
+{
+    if (rows.empty())
+        return;
+    y += RowHeight;
+    picture.heading(10, y, title);
+    for (const auto& [name, row] : rows) {
+        y += RowHeight;
+        picture.beginGroup(name);
+        picture.text(LabelWidth - 8, y, name, Picture::Right);
+        picture.line(LabelWidth, y + 4, LabelWidth + Width, y + 4, "#868e96", 0.5);
+        for (const Span& span : row.spans) {
+            const double from = m_scale.x(span.from);
+            picture.box(
+                from, y - 11, std::max(m_scale.x(span.to) - from, 1.0), 14, spanStyle, span.what);
+        }
+        double last = -1;
+        for (const Span& tick : row.ticks) {
+            const double x = m_scale.x(tick.from);
+            if (x - last >= Width / Columns)
+                picture.line(x, y - 11, x, y + 3, tickColour);
+            last = x;
+        }
+        picture.endGroup();
+    }
+}
+
+Picture Timeline::draw(double& height) const
+{
+    Picture picture;
+    double y = 6;
+    drawRows(picture, QStringLiteral("Threads"), m_threads, Heard, "held", y);
+    drawRows(picture, QStringLiteral("Events"), m_events, Heard, "held", y);
+    drawRows(
+        picture, QStringLiteral("Events that nobody could hear"), m_unheard, "#d9480f", "held", y);
+    drawRows(picture, QStringLiteral("Contexts"), m_contexts, Heard, "held", y);
+    drawRows(picture, QStringLiteral("Active backends"), m_actions, Heard, "active", y);
+    y += 1.5 * RowHeight;
+    const QString length = m_scale.isTime
+        ? QStringLiteral("%1 s").arg(m_scale.last - m_scale.first, 0, 'f', 3)
+        : QStringLiteral("line %1").arg(m_number);
+    picture.text(LabelWidth, y, m_scale.isTime ? QStringLiteral("0 s") : QStringLiteral("line 1"));
+    picture.text(LabelWidth + Width, y, length, Picture::Right);
+    height = y + 10;
+    return picture;
+}
+
+QJsonArray Timeline::jsonOf(const Rows& rows)
+{
+    QJsonArray list;
+    for (const auto& [name, row] : rows) {
+        QJsonArray spans;
+        for (const Span& span : row.spans)
+            spans.append(QJsonObject{{QStringLiteral("from"), span.from},
+                {QStringLiteral("to"), span.to}, {QStringLiteral("what"), span.what}});
+        QJsonArray ticks;
+        for (const Span& tick : row.ticks)
+            ticks.append(tick.from);
+        list.append(QJsonObject{{QStringLiteral("name"), name}, {QStringLiteral("spans"), spans},
+            {QStringLiteral("ticks"), ticks}});
+    }
+    return list;
+}
+
+QJsonObject Timeline::json() const
+{
+    return {{QStringLiteral("threads"), jsonOf(m_threads)},
+        {QStringLiteral("events"), jsonOf(m_events)},
+        {QStringLiteral("unheard"), jsonOf(m_unheard)},
+        {QStringLiteral("contexts"), jsonOf(m_contexts)},
+        {QStringLiteral("actions"), jsonOf(m_actions)}};
+}
+
+int timeline(const Request& request)
+{
+    Timeline timeline;
+    const bool isRead = readLines(
+        request, [&](const Line& line, std::string_view /*text*/) { timeline.add(line); });
+    if (!isRead)
+        return Failed;
+    timeline.finish();
+    if (request.json) {
+        printJson(timeline.json());
+        return Fine;
+    }
+    double height = 0;
+    const Picture picture = timeline.draw(height);
+    return writePicture(request, QStringLiteral("Timeline of %1").arg(request.file()),
+        picture.svg(LabelWidth + Width + 10, height));
+}
+
+// Who posts to whom
+
+namespace {
+
+/// One column of a graph: names from top to bottom.
+class Column
+{
+public:
+    explicit Column(double x)
+        : m_x(x)
+    {
+    }
+
+    void add(const QString& name)
+    {
+        if (!m_rows.contains(name))
+            m_rows.append(name);
+    }
+
+    double x() const { return m_x; }
+    double y(const QString& name) const { return 60 + m_rows.indexOf(name) * 28.0; }
+    int size() const { return static_cast<int>(m_rows.size()); }
+
+    void draw(Picture& picture, const QString& title, double width) const
+    {
+        picture.heading(m_x, 34, title);
+        for (const QString& name : m_rows) {
+            picture.beginGroup(name);
+            picture.box(m_x, y(name) - 15, width, 22, "node", name);
+            picture.text(m_x + 8, y(name), name);
+            picture.endGroup();
+        }
+    }
+
+private:
+    double m_x;
+    QStringList m_rows;
+};
+
+struct Edge
+{
+    QString from;
+    QString to;
+    qint64 posts = 0;
+};
+
+/// Who posts what, and who heard what.
+class Graph
+{
+public:
+    void add(const Line& line);
+    QList<Edge> posts() const { return edges(m_posts); }
+    QList<Edge> hearing() const { return edges(m_hearing); }
+
+private:
+    using Counts = std::map<std::pair<QString, QString>, qint64>;
+
+    static QList<Edge> edges(const Counts& counts)
+    {
+        QList<Edge> result;
+        for (const auto& [ends, posts] : counts)
+            result.append(Edge{ends.first, ends.second, posts});
+        return result;
+    }
+
+    Program m_program;
+    Counts m_posts;
+    Counts m_hearing;
+};
+
+} // namespace
+
+void Graph::add(const Line& line)
+{
+    m_program.feed(line);
+    if (line.is(Text::Subscribe))
+        m_hearing[{unescaped(line.items[1].text), hex(line.items[0].address)}];
+    if (!line.is(Text::Post) || line.items[0].address == 0)
+        return;
+    const std::string_view escapedType = line.items[0].field("type = ");
+    const EventTypes& types = m_program.buses().at(line.speaker.address);
+    const QString type = unescaped(escapedType);
+    ++m_posts[{QStringLiteral("thread %1")
+                   .arg(line.thread.empty() ? QStringLiteral("?") : decoded(line.thread)),
+        type}];
+    const auto known = types.find(escapedType);
+    if (known == types.end())
+        return;
+    for (const Subscription& subscription : known->second.subscribers)
+        ++m_hearing[{type, hex(subscription.handler)}];
+}
+
+static QJsonArray json(const QList<Edge>& edges)
+{
+    QJsonArray list;
+    for (const Edge& edge : edges)
+        list.append(QJsonObject{{QStringLiteral("from"), edge.from},
+            {QStringLiteral("to"), edge.to}, {QStringLiteral("posts"), edge.posts}});
+    return list;
+}
+
+static void drawEdges(
+    Picture& picture, const QList<Edge>& edges, const Column& from, double width, const Column& to)
+{
+    for (const Edge& edge : edges) {
+        const double stroke =
+            edge.posts == 0 ? 0.5 : 1 + std::log10(static_cast<double>(edge.posts));
+        picture.arrow(from.x() + width, from.y(edge.from) - 4, to.x(), to.y(edge.to) - 4, stroke,
+            QStringLiteral("%1 > %2: %3").arg(edge.from, edge.to, counted(edge.posts, "post")));
+    }
+}
+
+int graph(const Request& request)
+{
+    Graph graph;
+    if (!readLines(request, [&](const Line& line, std::string_view /*text*/) { graph.add(line); }))
+        return Failed;
+    const QList<Edge> posts = graph.posts();
+    const QList<Edge> hearing = graph.hearing();
+    if (request.json) {
+        printJson(QJsonObject{
+            {QStringLiteral("posts"), json(posts)}, {QStringLiteral("hearing"), json(hearing)}});
+        return Fine;
+    }
+    constexpr double width = 220;
+    Column threads(20);
+    Column types(400);
+    Column handlers(780);
+    for (const Edge& edge : posts) {
+        threads.add(edge.from);
+        types.add(edge.to);
+    }
+    for (const Edge& edge : hearing) {
+        types.add(edge.from);
+        handlers.add(edge.to);
+    }
+    Picture picture;
+    drawEdges(picture, posts, threads, width, types);
+    drawEdges(picture, hearing, types, width, handlers);
+    threads.draw(picture, QStringLiteral("Who posts"), width);
+    types.draw(picture, QStringLiteral("Events"), width);
+    handlers.draw(picture, QStringLiteral("Who hears"), width);
+    const int rows = std::max({threads.size(), types.size(), handlers.size()});
+    return writePicture(request, QStringLiteral("Events of %1").arg(request.file()),
+        picture.svg(handlers.x() + width + 20, 70 + rows * 28.0));
+}
+
+} // namespace Zentu::Inspect
