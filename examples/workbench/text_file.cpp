@@ -13,6 +13,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <vector>
 
 bool readBytes(const QString& path, QByteArray* bytes, QString* error)
 {
@@ -180,10 +181,10 @@ static void keepOwner(const QString& path, int descriptor)
     if (fchown(descriptor, old.st_uid, old.st_gid) == 0)
         fchmod(descriptor, old.st_mode & 07777); // which a new owner takes away in part
     static const char* const AccessList = "system.posix_acl_access";
-    QByteArray list(XATTR_SIZE_MAX, Qt::Uninitialized);
+    std::vector<char> list(XATTR_SIZE_MAX);
     const ssize_t size = getxattr(name.constData(), AccessList, list.data(), XATTR_SIZE_MAX);
     if (size > 0)
-        fsetxattr(descriptor, AccessList, list.constData(), static_cast<size_t>(size), 0);
+        fsetxattr(descriptor, AccessList, list.data(), static_cast<size_t>(size), 0);
 }
 
 bool TextFile::write(const QString& path, const QString& text, QString* error)
