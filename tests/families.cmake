@@ -30,6 +30,7 @@ zentu_test(mdi_sub_window LABELS x11)
 zentu_test(mdi_area PRIVATE_CLASSES LABELS x11)
 zentu_test(option_page LABELS x11)
 zentu_test(option_dialog PRIVATE_CLASSES LABELS x11)
+zentu_test(option_dialog_random)
 zentu_test(mdi_area_random LABELS x11)
 # What was freed is overwritten, so that reading it shows without a sanitizer too.
 zentu_test(deleted_in_callback)

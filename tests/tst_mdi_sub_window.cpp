@@ -84,6 +84,7 @@ private Q_SLOTS:
     void hasAPropertyAndASignal();
     void startsWithoutAreaAndTitle();
     void shortTitleFallsBackToTheWindowTitle();
+    void titleThatIsShownAlreadyIsStoredAndSent();
     void changeOfTheShortTitleIsSentOnce();
     void closeIsTracedThenToldThenSignalled();
     void refusedCloseIsTracedOnly();
@@ -137,6 +138,17 @@ void MdiSubWindowTest::shortTitleFallsBackToTheWindowTitle()
     QCOMPARE(document.windowTitle(), QStringLiteral("title"));
     document.setProperty("shortTitle", QString());
     QCOMPARE(document.property("shortTitle").toString(), QStringLiteral("title"));
+}
+
+void MdiSubWindowTest::titleThatIsShownAlreadyIsStoredAndSent()
+{
+    Document document;
+    document.setWindowTitle(QStringLiteral("title"));
+    document.titleChanges = 0;
+    document.setShortTitle(QStringLiteral("title"));
+    QCOMPARE(document.titleChanges, 1);
+    document.setWindowTitle(QStringLiteral("other"));
+    QCOMPARE(document.shortTitle(), QStringLiteral("title"));
 }
 
 void MdiSubWindowTest::changeOfTheShortTitleIsSentOnce()

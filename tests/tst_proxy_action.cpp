@@ -178,6 +178,7 @@ private Q_SLOTS:
     void firstContextWithABackendWins();
     void copiesElevenProperties_data();
     void copiesElevenProperties();
+    void copiesTheFirstShortcutOnly();
     void copiesNothingElse();
     void defaultActionsEnabledStateNeverCounts();
     void followsTheActiveBackendOnly();
@@ -187,6 +188,7 @@ private Q_SLOTS:
     void registrationForACurrentContextSwitches();
     void contextListIsTracedThenStored();
     void sameContextListDoesNothing();
+    void listThatIsBeingSetIsTheSame();
     void sameBackendIsNotSwitchedTo();
     void switchIsTracedBeforeItHappens();
     void switchDisconnectsCopiesAndConnects();
@@ -367,6 +369,23 @@ void ProxyActionTest::copiesElevenProperties()
     QCOMPARE(proxy.whatsThis(), look->whatsThis());
 }
 
+void ProxyActionTest::copiesTheFirstShortcutOnly()
+{
+    const QKeySequence first(Qt::Key_F1);
+    const QKeySequence second(Qt::Key_F2);
+    QAction a;
+    a.setShortcuts({first, second});
+    ProxyAction proxy;
+    proxy.defaultProp()->setShortcuts({second, first});
+    QCOMPARE(proxy.shortcuts(), QList<QKeySequence>({second}));
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    QCOMPARE(proxy.shortcuts(), QList<QKeySequence>({first}));
+    // One that is empty counts as none, whatever stands behind it.
+    a.setShortcuts({QKeySequence(), first});
+    QCOMPARE(proxy.shortcuts(), QList<QKeySequence>({second}));
+}
+
 void ProxyActionTest::copiesNothingElse()
 {
     QMenu menu;
@@ -534,6 +553,22 @@ void ProxyActionTest::sameContextListDoesNothing()
     QVERIFY(recorder.isEmpty());
     proxy.setCurrentContext({B, A});
     QCOMPARE(recorder.take().size(), 1);
+}
+
+void ProxyActionTest::listThatIsBeingSetIsTheSame()
+{
+    QAction a(QStringLiteral("a"));
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    int changes = 0;
+    connect(&proxy, &QAction::changed, this, [&] {
+        ++changes;
+        proxy.setCurrentContext({A});
+    });
+    Recorder recorder;
+    proxy.setCurrentContext({A});
+    QVERIFY(changes > 0);
+    QCOMPARE(recorder.take().filter(QStringLiteral("set context")).size(), 1);
 }
 
 void ProxyActionTest::sameBackendIsNotSwitchedTo()
