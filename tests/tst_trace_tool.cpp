@@ -88,6 +88,7 @@ private Q_SLOTS:
     void unknownActionIsNotGuessed();
     void eventsInJson();
     void eventsTellWhatNobodyCouldHear();
+    void recordingHasNamesAndStates();
     void contextsTellWhatEachChangeDid();
     void leaksInJsonHaveEveryKind();
     void nothingLeft();
@@ -333,6 +334,40 @@ void TraceToolTest::eventsTellWhatNobodyCouldHear()
         QByteArray("document.opend\n  1 post from thread 7, queued\n  1 post that nobody could "
                    "hear, the last at line 11, "
                    "12:00:01.000000Z\n  somebody hears document.opened\n"));
+}
+
+void TraceToolTest::recordingHasNamesAndStates()
+{
+    QByteArray trace = session().left(session().lastIndexOf("2026"));
+    trace.replace("0xc2 \"document.opened\" \n",
+        "0xc2 \"document.opened\" \n    handler: (anonymous namespace)::Log \"log\"\n    from "
+        "main\n");
+    trace.replace("change active backend action to " + TextSave + " \n",
+        "change active backend action to " + TextSave + " \n    backend: disabled, of Editor\n");
+    const QString path = file(trace);
+    const QJsonArray events = run({QStringLiteral("events"), QStringLiteral("document.opened"),
+                                      path, QStringLiteral("--json")})
+                                  .json()
+                                  .toArray();
+    const QJsonArray subscribers =
+        events.at(0).toObject().value(QStringLiteral("subscribers")).toArray();
+    QCOMPARE(subscribers.at(0).toObject().value(QStringLiteral("name")).toString(),
+        QStringLiteral("(anonymous namespace)::Log \"log\""));
+    QVERIFY(subscribers.at(1).toObject().value(QStringLiteral("name")).isNull());
+    QVERIFY(run({QStringLiteral("events"), path})
+                .text.contains("  heard by (anonymous namespace)::Log \"log\" 0xc2 since line 5"));
+
+    const QJsonObject why =
+        run({QStringLiteral("why"), QStringLiteral("file.save"), path, QStringLiteral("--at"),
+                QStringLiteral("13"), QStringLiteral("--json")})
+            .json()
+            .toObject();
+    QCOMPARE(why.value(QStringLiteral("enabled")), QJsonValue(false));
+    // What it adds makes no difference.
+    QByteArray plain = session().left(session().lastIndexOf("2026"));
+    QCOMPARE(run({QStringLiteral("diff"), path, file(plain)}).text, QByteArray());
+    QCOMPARE(run({QStringLiteral("normal"), path}).text,
+        run({QStringLiteral("normal"), file(plain)}).text);
 }
 
 void TraceToolTest::contextsTellWhatEachChangeDid()

@@ -334,9 +334,27 @@ static Reading readingOfRest(const Line& line, std::string_view rest)
     return line.speaker.name.empty() ? Reading::Damaged : Reading::Unknown;
 }
 
+static bool readNote(Line& line, std::string_view text)
+{
+    // In the order of Note.
+    static constexpr std::array<std::string_view, 4> labels = {
+        "    handler: "sv, "    value: "sv, "    backend: "sv, "    from "sv};
+    for (std::size_t i = 0; i < labels.size(); ++i) {
+        if (!startsWith(text, labels[i]))
+            continue;
+        line.reading = Reading::Note;
+        line.note = static_cast<Note>(i);
+        line.body = trimmed(text.substr(labels[i].size()));
+        return true;
+    }
+    return false;
+}
+
 Line readLine(std::string_view text)
 {
     Line line;
+    if (readNote(line, text))
+        return line;
     readColumns(line, text);
 
     Cursor cursor(line.body);

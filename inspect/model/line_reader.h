@@ -35,15 +35,20 @@ enum class Reading {
     Understood, ///< One of TextTable
     Damaged,    ///< Begins like one of them, and does not go on like it: cut off or mixed up
     Unknown,    ///< Spoken by a class of the library, with a text that is not in the table
-    Foreign     ///< The host's own, or somebody else's
+    Foreign,    ///< The host's own, or somebody else's
+    Note        ///< What a recording adds to the line before
 };
+
+/// What a recording of the inspector adds to a line, below it and indented by four blanks: the
+/// class and name of a handler, a value of an event, the state and owner of a backend, a caller.
+enum class Note { Handler, Value, Backend, Caller };
 
 /**
  * A line taken apart. Everything points into the text that was read.
  *
- * Three forms of lines are read: the text alone, as the logger and Qt's message handler get it;
+ * These forms of lines are read: the text alone, as the logger and Qt's message handler get it;
  * with time, level and thread before it, as the logger writes it to a file; and with the name of a
- * message's type (`warning`) in the place of the level.
+ * message's type (`warning`) in the place of the level. A note belongs to the line before it.
  */
 struct Line
 {
@@ -58,6 +63,8 @@ struct Line
     /// Whether the speaker prints as the library's own class. One of a derived class is understood
     /// by the form of its line alone.
     bool isOwnSpeaker = true;
+
+    Note note = Note::Handler; ///< Of a note; its body is what stands behind the label
 
     bool is(Text text) const { return reading == Reading::Understood && info->id == text; }
 };

@@ -86,6 +86,12 @@ void Program::feed(const Line& line)
     if (!line.time.empty())
         m_now.setTime(line.time);
 
+    if (line.reading == Reading::Note) {
+        ++m_counts.readings[static_cast<std::size_t>(line.reading)];
+        takeNote(line);
+        return;
+    }
+    m_noted = 0;
     const bool isOurLine = line.reading != Reading::Understood || isOurs(line);
     const Reading reading = isOurLine ? line.reading : Reading::Foreign;
     ++m_counts.readings[static_cast<std::size_t>(reading)];
@@ -100,6 +106,25 @@ void Program::feed(const Line& line)
         && (line.info->channel == Channel::Warning || line.info->channel == Channel::Critical);
     if (isMessage || reading == Reading::Damaged || reading == Reading::Unknown)
         remark(line);
+}
+
+void Program::takeNote(const Line& note)
+{
+    if (m_noted == 0)
+        return;
+    if (note.note == Note::Handler) {
+        m_handlerNames[m_noted] = note.body;
+    } else if (note.note == Note::Backend) {
+        const std::string_view state = note.body.substr(0, note.body.find(','));
+        if (state == "enabled" || state == "disabled")
+            m_actions[m_noted].isEnabled = state == "enabled";
+    }
+}
+
+std::string_view Program::handlerName(Address handler) const
+{
+    const auto name = m_handlerNames.find(handler);
+    return name == m_handlerNames.end() ? std::string_view() : name->second;
 }
 
 // A text without items could be anybody's, so its speaker must have said more before.
@@ -192,6 +217,7 @@ void Program::replayBus(const Line& line)
             contradict("subscribed twice to \"" + std::string(name) + '"');
         type.subscribers.insert(type.subscribers.begin(), Subscription{handler, m_now});
         type.hadSubscriber = true;
+        m_noted = handler;
         break;
     }
     case Text::Unsubscribe:
@@ -201,6 +227,7 @@ void Program::replayBus(const Line& line)
     case Text::UnsubscribeAll:
         for (auto& [key, type] : types)
             removeHandler(type.subscribers, handler);
+        m_handlerNames.erase(handler);
         break;
     case Text::Post: {
         // A null event has no type.
@@ -273,6 +300,7 @@ Proxy& Program::proxyAt(const Item& item)
 
 void Program::look(const Item& action)
 {
+    m_noted = action.address;
     if (action.address == 0)
         return;
     ActionLook& known = m_actions[action.address];

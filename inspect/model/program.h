@@ -177,7 +177,7 @@ struct Contradiction
 struct Counts
 {
     qint64 lines = 0;
-    std::array<qint64, 4> readings = {};
+    std::array<qint64, 5> readings = {};
     std::array<qint64, TextTable.size()> texts = {};
     qint64 remarks = 0;
     qint64 contradictions = 0;
@@ -218,6 +218,8 @@ public:
     /// Identifiers by the manager in which they are registered.
     const std::map<Address, Registrations>& proxyManagers() const { return m_proxyManagers; }
     const std::unordered_map<Address, ActionLook>& actions() const { return m_actions; }
+    /// Class and name of a handler, where a recording has them; else empty.
+    std::string_view handlerName(Address handler) const;
     const std::map<Address, Registry>& registries() const { return m_registries; }
     const std::map<Address, std::vector<PoolEntry>>& pools() const { return m_pools; }
     const std::map<Address, Document>& documents() const { return m_documents; }
@@ -258,6 +260,7 @@ private:
     Document& documentAt(const Item& item);
     void dropDocument(Address document);
     void look(const Item& action);
+    void takeNote(const Line& note);
     void remark(const Line& line);
     void contradict(std::string what);
 
@@ -268,6 +271,8 @@ private:
     std::unordered_map<Address, Proxy> m_proxies;
     std::map<Address, Registrations> m_proxyManagers;
     std::unordered_map<Address, ActionLook> m_actions;
+    std::unordered_map<Address, std::string> m_handlerNames;
+    Address m_noted = 0; ///< Of the newest line, what a note is about
     std::map<Address, Registry> m_registries;
     std::map<Address, std::vector<PoolEntry>> m_pools;
     std::map<Address, Document> m_documents;

@@ -96,9 +96,11 @@ int normal(const Request& request)
     if (request.json)
         list.emplace();
     qint64 number = 0;
-    const bool isRead = readLines(request, [&](const Line& /*line*/, std::string_view text) {
-        const std::string normalized = normalizer.normalized(text);
+    const bool isRead = readLines(request, [&](const Line& line, std::string_view text) {
         ++number;
+        if (line.reading == Reading::Note)
+            return;
+        const std::string normalized = normalizer.normalized(text);
         if (list)
             list->add(QJsonObject{
                 {QStringLiteral("line"), number}, {QStringLiteral("text"), decoded(normalized)}});
@@ -127,26 +129,26 @@ public:
     const std::string* peek(std::size_t ahead)
     {
         std::string_view text;
-        while (m_ahead.size() <= ahead && m_source.next(text))
-            m_ahead.push_back(m_normalizer.normalized(text));
-        return ahead < m_ahead.size() ? &m_ahead[ahead] : nullptr;
+        while (m_ahead.size() <= ahead && m_source.next(text)) {
+            ++m_read;
+            if (readLine(text).reading != Reading::Note)
+                m_ahead.push_back({m_normalizer.normalized(text), m_read});
+        }
+        return ahead < m_ahead.size() ? &m_ahead[ahead].first : nullptr;
     }
 
-    void drop()
-    {
-        m_ahead.pop_front();
-        ++m_line;
-    }
+    void drop() { m_ahead.pop_front(); }
 
     char mark() const { return m_mark; }
-    qint64 line() const { return m_line; }
+    /// The number of the next line.
+    qint64 line() const { return m_ahead.front().second; }
 
 private:
     char m_mark;
     LineSource m_source;
     TraceNormalizer m_normalizer{TraceNormalizer::Unnumbered};
-    std::deque<std::string> m_ahead;
-    qint64 m_line = 1;
+    std::deque<std::pair<std::string, qint64>> m_ahead;
+    qint64 m_read = 0;
 };
 
 /// Tells the differences, and how many there are.
@@ -243,6 +245,8 @@ int diff(const Request& request)
 
 static const char* colour(const Line& line)
 {
+    if (line.reading == Reading::Note)
+        return "\033[2m";
     if (line.reading == Reading::Damaged || line.reading == Reading::Unknown)
         return "\033[35m";
     if (line.reading == Reading::Foreign)
@@ -262,9 +266,10 @@ static const char* colour(const Line& line)
     }
 }
 
-static void tell(const Line& line, qint64 number, const Request& request, bool isColoured)
+static void tell(
+    const Line& line, std::string_view body, qint64 number, const Request& request, bool isColoured)
 {
-    const QString text = decoded(line.body);
+    const QString text = decoded(body);
     if (request.json) {
         printJson(QJsonObject{{QStringLiteral("line"), number},
             {QStringLiteral("time"), decoded(line.time)},
@@ -296,9 +301,10 @@ int follow(const Request& request)
         std::string_view text;
         while (source.next(text)) {
             const Line line = readLine(text);
+            const bool isNote = line.reading == Reading::Note;
             ++number;
             if (filter.isEmpty() || decoded(line.body).contains(filter, Qt::CaseInsensitive))
-                tell(line, number, request, isColoured);
+                tell(line, isNote ? text : line.body, number, request, isColoured);
         }
         std::fflush(stdout);
         if (isStream)

@@ -251,18 +251,21 @@ int why(const Request& request)
 
 // Who posts and who hears
 
-static QJsonObject json(const QString& name, const EventType& type)
+static QJsonObject json(const Program& program, const QString& name, const EventType& type)
 {
     QJsonArray subscribers;
-    for (const Subscription& subscription : type.subscribers)
+    for (const Subscription& subscription : type.subscribers) {
+        const std::string_view handlerName = program.handlerName(subscription.handler);
         subscribers.append(QJsonObject{{QStringLiteral("handler"), hex(subscription.handler)},
-            {QStringLiteral("name"), QJsonValue()},
+            {QStringLiteral("name"), handlerName.empty() ? QJsonValue() : decoded(handlerName)},
             {QStringLiteral("since"), json(subscription.since)}});
+    }
     return {{QStringLiteral("type"), name}, {QStringLiteral("posts"), type.postCount},
         {QStringLiteral("unheard"), type.unheard}, {QStringLiteral("subscribers"), subscribers}};
 }
 
-static void printType(const QString& name, const EventType& type, const QStringList& heard)
+static void printType(
+    const Program& program, const QString& name, const EventType& type, const QStringList& heard)
 {
     print(name);
     QStringList ways;
@@ -279,9 +282,13 @@ static void printType(const QString& name, const EventType& type, const QStringL
         if (!nearest.isEmpty())
             print(QStringLiteral("  somebody hears %1").arg(nearest.join(QLatin1String(" and "))));
     }
-    for (const Subscription& subscription : type.subscribers)
+    for (const Subscription& subscription : type.subscribers) {
+        const QString handler = decoded(program.handlerName(subscription.handler));
         print(QStringLiteral("  heard by %1 since %2")
-                  .arg(hex(subscription.handler), inWords(subscription.since)));
+                  .arg(handler.isEmpty() ? hex(subscription.handler)
+                                         : handler + QLatin1Char(' ') + hex(subscription.handler),
+                      inWords(subscription.since)));
+    }
 }
 
 int events(const Request& request)
@@ -311,9 +318,9 @@ int events(const Request& request)
             if (!wanted.isEmpty() && name != wanted)
                 continue;
             if (request.json)
-                list.append(json(name, type));
+                list.append(json(program, name, type));
             else
-                printType(name, type, heard);
+                printType(program, name, type, heard);
         }
     }
     if (request.json)
