@@ -29,6 +29,11 @@ QString repeated(const QString& word, int times)
     return QStringList(QVector<QString>(times, word).toList()).join(QLatin1Char(' '));
 }
 
+QString parseLine(const QStringList& args)
+{
+    return trace(latin("CmdLineParser parse ") + quoted(args) + QLatin1Char(' '));
+}
+
 /// A parser with an option for a file, a flag and a list.
 struct Parser : CmdLineParser
 {
@@ -219,16 +224,14 @@ void CmdLineParserTest::parseIsTracedFirst()
     parser.parse(split("prog in.txt"));
     recorder.onEntry({});
     QVERIFY(stillSet);
-    QCOMPARE(
-        recorder.take(), QStringList(trace(latin("CmdLineParser parse (\"prog\", \"in.txt\") "))));
+    QCOMPARE(recorder.take(), QStringList(parseLine({latin("prog"), latin("in.txt")})));
     parser.parseB({latin("prog"), latin("a\"b"), QString()});
     const char* argv[] = {"prog"};
     parser.parse(1, argv);
     parser.parse(QStringList());
     QCOMPARE(recorder.take(),
-        QStringList({trace(latin("CmdLineParser parse (\"prog\", \"a\\\"b\", \"\") ")),
-            trace(latin("CmdLineParser parse (\"prog\") ")),
-            trace(latin("CmdLineParser parse () "))}));
+        QStringList({parseLine({latin("prog"), latin("a\"b"), QString()}),
+            parseLine({latin("prog")}), parseLine({})}));
 }
 
 void CmdLineParserTest::programPathIsSkippedWhateverItIs()

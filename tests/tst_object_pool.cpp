@@ -109,7 +109,8 @@ void ObjectPoolTest::hasOnePrivateSlotAndNothingElse()
     QCOMPARE(slot.methodType(), QMetaMethod::Slot);
     QCOMPARE(slot.access(), QMetaMethod::Private);
     QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-    QCOMPARE(sizeof(ObjectPool), sizeof(QObject) + sizeof(QReadWriteLock) + sizeof(void*));
+    QCOMPARE(
+        sizeof(ObjectPool), sizeof(QObject) + sizeof(QReadWriteLock) + sizeof(QList<QObject*>));
 }
 
 void ObjectPoolTest::thereIsOneSingleton()

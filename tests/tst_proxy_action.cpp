@@ -138,6 +138,11 @@ QString print(const QAction* action)
     return printed(action);
 }
 
+QString setContextLine(const QString& proxy, const QStringList& contexts)
+{
+    return proxy + QLatin1String(" set context ") + quoted(contexts) + QLatin1Char(' ');
+}
+
 // How often an action has emitted each of its signals.
 struct Counts
 {
@@ -532,11 +537,9 @@ void ProxyActionTest::contextListIsTracedThenStored()
     recorder.onEntry({});
     QCOMPARE(atTheLine, QStringList(X));
     QCOMPARE(proxy.currentContext(), QStringList({B, A}));
-    QCOMPARE(recorder.take(),
-        QStringList(trace(print(&proxy) + QLatin1String(" set context (\"B\", \"A\") "))));
+    QCOMPARE(recorder.take(), QStringList(trace(setContextLine(print(&proxy), {B, A}))));
     proxy.setCurrentContext({});
-    QCOMPARE(
-        recorder.take(), QStringList(trace(print(&proxy) + QLatin1String(" set context () "))));
+    QCOMPARE(recorder.take(), QStringList(trace(setContextLine(print(&proxy), {}))));
 }
 
 void ProxyActionTest::sameContextListDoesNothing()
@@ -600,7 +603,7 @@ void ProxyActionTest::switchIsTracedBeforeItHappens()
     const QString before = print(&proxy);
     proxy.setCurrentContext({A});
     QCOMPARE(recorder.take(),
-        QStringList({trace(before + QLatin1String(" set context (\"A\") ")),
+        QStringList({trace(setContextLine(before, {A})),
             trace(before + QLatin1String(" change active backend action to ") + print(&a)
                 + QLatin1Char(' '))}));
     const QString active = print(&proxy);
@@ -608,7 +611,7 @@ void ProxyActionTest::switchIsTracedBeforeItHappens()
     proxy.setCurrentContext({X});
     recorder.onEntry({});
     QCOMPARE(recorder.take(),
-        QStringList({trace(active + QLatin1String(" set context (\"X\") ")),
+        QStringList({trace(setContextLine(active, {X})),
             trace(active + QLatin1String(" change active backend action to QAction(0x00) "))}));
     QCOMPARE(atTheLines, QList<QAction*>({nullptr, nullptr, &a, &a}));
 }

@@ -27,6 +27,13 @@ QString printAction(const QAction* action)
     return printed(action);
 }
 
+// What a proxy traces that gets the context E.
+QString line(const QAction& action)
+{
+    return trace(printAction(&action) + QLatin1String(" set context ") + quoted(QStringList(E))
+        + QLatin1Char(' '));
+}
+
 } // namespace
 
 class ProxyActionManagerTest : public QObject
@@ -59,7 +66,8 @@ void ProxyActionManagerTest::hasNothingOfItsOwn()
     QCOMPARE(meta.superClass(), &QObject::staticMetaObject);
     QCOMPARE(meta.methodCount(), meta.methodOffset());
     QCOMPARE(meta.propertyCount(), meta.propertyOffset());
-    QCOMPARE(sizeof(ProxyActionManager), sizeof(QObject) + 2 * sizeof(void*));
+    QCOMPARE(sizeof(ProxyActionManager),
+        sizeof(QObject) + sizeof(QMap<QString, ProxyAction*>) + sizeof(QStringList));
 }
 
 void ProxyActionManagerTest::deletedSingletonIsMadeAnew()
@@ -168,9 +176,6 @@ void ProxyActionManagerTest::contextsReachActionsInOrderOfIdentifiers()
     manager.registerProxyAction(&a, A);
     Recorder recorder;
     manager.setCurrentContext({E});
-    const auto line = [](const QAction& action) {
-        return trace(printAction(&action) + QLatin1String(" set context (\"E\") "));
-    };
     QCOMPARE(recorder.take(),
         QStringList({trace(QStringLiteral("set context and update for all proxy actions ")),
             line(a), line(b), line(lower)}));
@@ -254,9 +259,6 @@ void ProxyActionManagerTest::actionRegisteredMeanwhileIsReachedOnce()
     });
     Recorder recorder;
     manager.setCurrentContext({E});
-    const auto line = [](const QAction& action) {
-        return trace(printAction(&action) + QLatin1String(" set context (\"E\") "));
-    };
     const QStringList lines = recorder.take();
     QCOMPARE(lines.count(line(late)), 1);
     QCOMPARE(lines.last(), line(last));

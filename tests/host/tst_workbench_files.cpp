@@ -119,7 +119,7 @@ void WorkbenchFilesTest::untouchedBytesStayInRandomFiles()
     const QVector<QByteArray> parts = {"\n", "\r", "\r\n", "a", "line", " ", "\t", "\xc3\xa4",
         "\xe4", "\xef\xbb\xbf", "\xe2\x80\xa8", "\xe2\x80\xa9", "\xef\xb7\x90", "\xef\xb7\x91",
         "\xc2\xa0", "\xef\xbf\xbc", "\xf0\x9f\x98\x80", "\xff\xfe", QByteArray("\0", 1), "\x1b"};
-    const int kinds[] = {4, 7, parts.size()};
+    const int kinds[] = {4, 7, static_cast<int>(parts.size())};
     for (int i = 0; i < 150; ++i) {
         QByteArray bytes;
         const int kind = kinds[random.bounded(3)];

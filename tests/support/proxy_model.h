@@ -30,6 +30,9 @@ public:
         return nullptr;
     }
 
+    /// Whether the proxy and its backend act when a program triggers the proxy. A disabled action
+    /// does so in Qt 5 alone.
+    bool isTriggered() const { return active() && (QT_VERSION_MAJOR == 5 || isEnabled()); }
     bool isEnabled() const { return active() && active()->isEnabled(); }
     bool isVisible() const { return state()->isVisible(); }
     bool isCheckable() const { return state()->isCheckable(); }
