@@ -6,6 +6,7 @@
 #include <ZentuKit/MdiArea>
 #include <ZentuKit/ProxyAction>
 #include <ZentuKit/ProxyActionManager>
+#include <ZentuKit/zentu_host.h>
 
 #include <QApplication>
 #include <QMainWindow>
@@ -86,21 +87,18 @@ private:
     // What stands in the menu is one action; what it does depends on the contexts.
     void createClearAction()
     {
-        auto* const contexts = Zentu::ContextManager::instance();
-        auto* const actions = Zentu::ProxyActionManager::instance();
-        connect(contexts, &Zentu::ContextManager::contextChanged, this,
-            [=] { actions->setCurrentContext(contexts->currentContexts()); });
-
+        Zentu::followContexts(this);
         m_clear->defaultProp()->setText(QStringLiteral("&Clear"));
         m_clear->defaultProp()->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
-        actions->registerProxyAction(m_clear, QStringLiteral("edit.clear"));
+        Zentu::ProxyActionManager::instance()->registerProxyAction(
+            m_clear, QStringLiteral("edit.clear"));
         menuBar()->addMenu(QStringLiteral("&Edit"))->addAction(m_clear);
 
         // Where nothing else applies, the status line is cleared.
         auto* const clearStatus = new QAction(this);
         connect(clearStatus, &QAction::triggered, statusBar(), &QStatusBar::clearMessage);
         m_clear->addBackendAction(clearStatus, QStringLiteral("program"));
-        contexts->addGlobalContext(QStringLiteral("program"));
+        Zentu::ContextManager::instance()->addGlobalContext(QStringLiteral("program"));
     }
 
     Zentu::MdiArea* m_area = new Zentu::MdiArea;

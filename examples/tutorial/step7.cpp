@@ -8,6 +8,7 @@
 #include <ZentuKit/OptionDialog>
 #include <ZentuKit/ProxyAction>
 #include <ZentuKit/ProxyActionManager>
+#include <ZentuKit/zentu_host.h>
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -56,7 +57,12 @@ public:
         setWindowTitle(QStringLiteral("Note"));
         // On a tab, an ampersand alone would underline the letter behind it.
         setShortTitle(text.left(20).replace(QLatin1Char('&'), QStringLiteral("&&")));
+        m_actions.add(QStringLiteral("edit.clear"), [this] { clear(); })
+            ->setText(QStringLiteral("&Clear Note"));
     }
+
+    // What belongs to the note applies while it is current.
+    void currentChanged(bool current) override { m_actions.setCurrent(current); }
 
     bool mayClose()
     {
@@ -87,6 +93,7 @@ protected:
 
 private:
     QPlainTextEdit* m_editor;
+    Zentu::DocumentActions m_actions;
 };
 
 // A page of the preferences. It is made when it is looked at for the first time.
@@ -126,12 +133,8 @@ public:
         setCentralWidget(m_area);
         createFileMenu();
         createClearAction();
-        followCurrentNote();
         say(QStringLiteral("Welcome"));
     }
-
-    // Its notes go after this, and must not be followed into it.
-    ~Window() override { disconnect(m_area, nullptr, this, nullptr); }
 
     void addNote(const QString& text)
     {
@@ -165,38 +168,18 @@ private:
     // What stands in the menu is one action; what it does depends on the contexts.
     void createClearAction()
     {
-        auto* const contexts = Zentu::ContextManager::instance();
-        auto* const actions = Zentu::ProxyActionManager::instance();
-        connect(contexts, &Zentu::ContextManager::contextChanged, this,
-            [=] { actions->setCurrentContext(contexts->currentContexts()); });
-
+        Zentu::followContexts(this);
         m_clear->defaultProp()->setText(QStringLiteral("&Clear"));
         m_clear->defaultProp()->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
-        actions->registerProxyAction(m_clear, QStringLiteral("edit.clear"));
+        Zentu::ProxyActionManager::instance()->registerProxyAction(
+            m_clear, QStringLiteral("edit.clear"));
         menuBar()->addMenu(QStringLiteral("&Edit"))->addAction(m_clear);
 
         // Where nothing else applies, the status line is cleared.
         auto* const clearStatus = new QAction(this);
         connect(clearStatus, &QAction::triggered, statusBar(), &QStatusBar::clearMessage);
         m_clear->addBackendAction(clearStatus, QStringLiteral("program"));
-        contexts->addGlobalContext(QStringLiteral("program"));
-    }
-
-    // Notes bring their context along, and a backend that applies in it.
-    void followCurrentNote()
-    {
-        connect(m_area, &Zentu::MdiArea::currentSubWindowChanged, this,
-            [](Zentu::IMdiSubWindow* current) {
-                auto* const contexts = Zentu::ContextManager::instance();
-                if (current)
-                    contexts->addContext(QStringLiteral("note"));
-                else
-                    contexts->removeContext(QStringLiteral("note"));
-            });
-        auto* const clearNote = new QAction(QStringLiteral("&Clear Note"), this);
-        connect(clearNote, &QAction::triggered, this,
-            [this] { static_cast<Note*>(m_area->currentSubWindow())->clear(); });
-        m_clear->addBackendAction(clearNote, QStringLiteral("note"));
+        Zentu::ContextManager::instance()->addGlobalContext(QStringLiteral("program"));
     }
 
     Zentu::MdiArea* m_area = new Zentu::MdiArea;
