@@ -2,10 +2,9 @@
 
 #include <ZentuKit/CmdLineParser>
 #include <ZentuKit/EventManager>
+#include <ZentuKit/zentu_host.h>
 
 #include <QApplication>
-
-#include <cstdio>
 
 int main(int argc, char* argv[])
 {
@@ -17,14 +16,10 @@ int main(int argc, char* argv[])
         QStringLiteral("text"));
     parser.addPositionalArgument(
         QStringLiteral("NOTE..."), QStringLiteral("Texts to begin with, a note each."));
-    if (!parser.parse(argc, const_cast<const char**>(argv))) {
-        std::fprintf(stderr, "@NAME@: %s\n", qUtf8Printable(parser.errorMessage().trimmed()));
-        return 2;
-    }
-    if (parser.isSet(QStringLiteral("help"))) {
-        std::puts(qUtf8Printable(parser.helpMessage()));
-        return 0;
-    }
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments.append(QString::fromLocal8Bit(argv[i]));
+    Zentu::processCommandLine(parser, arguments);
 
     // All options are the program's own; Qt is told what it needs by the environment.
     int qtArgc = 1;

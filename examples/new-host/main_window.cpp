@@ -3,12 +3,12 @@
 #include "font_page.h"
 #include "note.h"
 
-#include <ZentuKit/ContextManager>
 #include <ZentuKit/EventManager>
 #include <ZentuKit/MdiArea>
 #include <ZentuKit/OptionDialog>
 #include <ZentuKit/ProxyAction>
 #include <ZentuKit/ProxyActionManager>
+#include <ZentuKit/zentu_host.h>
 
 #include <QCloseEvent>
 #include <QMenu>
@@ -25,46 +25,30 @@ MainWindow::MainWindow()
     resize(800, 600);
     setCentralWidget(m_area);
 
-    // Actions follow the contexts through this one connection.
-    auto* const contexts = Zentu::ContextManager::instance();
-    connect(contexts, &Zentu::ContextManager::contextChanged, this, [contexts] {
-        Zentu::ProxyActionManager::instance()->setCurrentContext(contexts->currentContexts());
-    });
-    // The context of notes applies while one is current.
-    connect(m_area, &Zentu::MdiArea::currentSubWindowChanged, this,
-        [contexts](Zentu::IMdiSubWindow* current) {
-            if (current)
-                contexts->addContext(Note::Context);
-            else if (contexts->currentContexts().contains(Note::Context))
-                contexts->removeContext(Note::Context);
-        });
+    Zentu::followContexts(this);
     createActions();
 }
 
 MainWindow::~MainWindow()
 {
-    // The notes go with the area, after this window has ceased to be one.
-    disconnect(m_area, nullptr, this, nullptr);
+    // It would keep the actions of this window, which go now.
+    delete Zentu::ProxyActionManager::instance();
 }
 
 void MainWindow::createActions()
 {
     QMenu* const file = menuBar()->addMenu(tr("&File"));
-    file->addAction(
-        tr("&New Note"), this, [this] { addNote(QString()); }, QKeySequence::New);
+    file->addAction(tr("&New Note"), this, [this] { addNote(QString()); })
+        ->setShortcut(QKeySequence::New);
     file->addAction(tr("&Preferences..."), this, &MainWindow::showPreferences);
-    file->addAction(tr("&Quit"), this, &QWidget::close, QKeySequence::Quit);
+    file->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(QKeySequence::Quit);
 
-    // One action in the menu; what it does is said by whatever belongs to the current context.
+    // One action in the menu; what it does is said by the current document.
     auto* const clear = new Zentu::ProxyAction(this);
     clear->setObjectName(QStringLiteral("edit.clear"));
     clear->defaultProp()->setText(tr("&Clear"));
     clear->defaultProp()->setShortcut(QKeySequence(QStringLiteral("Ctrl+L")));
     menuBar()->addMenu(tr("&Edit"))->addAction(clear);
-    auto* const clearNote = new QAction(this);
-    connect(clearNote, &QAction::triggered, this,
-        [this] { static_cast<Note*>(m_area->currentSubWindow())->clear(); });
-    clear->addBackendAction(clearNote, Note::Context);
     Zentu::ProxyActionManager::instance()->registerProxyAction(clear, QStringLiteral("edit.clear"));
 }
 

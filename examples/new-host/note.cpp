@@ -5,7 +5,6 @@
 #include <QPlainTextEdit>
 #include <QTextCursor>
 
-const QString Note::Context = QStringLiteral("note");
 const QString Note::Added = QStringLiteral("note.added");
 
 Note::Note(const QString& text)
@@ -15,6 +14,8 @@ Note::Note(const QString& text)
     const QString title = text.section(QLatin1Char('\n'), 0, 0);
     setWindowTitle(title);
     setShortTitle(title.isEmpty() ? tr("New note") : title.left(20));
+    // What the actions in the menus do while this note is the current one.
+    m_actions.add(QStringLiteral("edit.clear"), this, &Note::clear);
 }
 
 QString Note::text() const
@@ -38,6 +39,11 @@ bool Note::mayClose()
         tr("This note has changed. Close it and lose the changes?"),
         QMessageBox::Discard | QMessageBox::Cancel, QMessageBox::Cancel);
     return answer == QMessageBox::Discard;
+}
+
+void Note::currentChanged(bool current)
+{
+    m_actions.setCurrent(current);
 }
 
 // A close that is accepted must reach the base class: it tells the area.

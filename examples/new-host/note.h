@@ -1,5 +1,6 @@
 #pragma once
 
+#include <ZentuKit/DocumentActions>
 #include <ZentuKit/IMdiSubWindow>
 
 class QPlainTextEdit;
@@ -10,8 +11,6 @@ class Note : public Zentu::IMdiSubWindow
     Q_OBJECT
 
 public:
-    /// The context in which the actions of notes apply.
-    static const QString Context;
     /// The event that a note was added; with its "title".
     static const QString Added;
 
@@ -22,9 +21,12 @@ public:
     /// Whether the note is as it was, or the user does not need what was written since.
     bool mayClose();
 
+    void currentChanged(bool current) override;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
     QPlainTextEdit* m_editor;
+    Zentu::DocumentActions m_actions;
 };
