@@ -9,7 +9,6 @@
 
 #include <QActionGroup>
 #include <QCoreApplication>
-#include <QDateTime>
 #include <QFileInfo>
 #include <QIcon>
 #include <QMenu>
@@ -689,23 +688,11 @@ public:
     /// Takes the file as it is now for known: for a host that has just written or read it.
     void accept(const QString& path)
     {
-        if (File* const file = find(path))
-            file->accepted = file->look();
+        if (find(path))
+            add(path);
     }
 
 private:
-    struct State
-    {
-        qint64 size = -1;
-        qint64 modified = 0;
-
-        bool isThere() const { return size >= 0; }
-        bool operator==(const State& other) const
-        {
-            return size == other.size && modified == other.modified;
-        }
-    };
-
     /// A file that is watched; known by its name, which is the path.
     class File : public QObject
     {
@@ -715,51 +702,41 @@ private:
             , m_reloader(reloader)
         {
             setObjectName(path);
-            m_state = look();
-            m_isGone = !m_state.isThere();
-            if (m_isGone)
+            watch();
+            m_isAwayTold = m_isAway;
+            if (m_isAway)
                 wait();
         }
 
-        // Watched first and looked at afterwards, so that no change falls between the two.
-        State look() const
-        {
-            if (QFileInfo(objectName()).isFile())
-                m_reloader->m_watcher.addFile(objectName());
-            return state();
-        }
-
+        // The watcher pauses after a change. Watched at once, the file says when its writer goes
+        // on.
         void onChanged()
         {
-            m_state = state();
+            watch();
             wait();
         }
-
-        State accepted;
 
     protected:
         void timerEvent(QTimerEvent* /*event*/) override
         {
-            const State before = std::exchange(m_state, look());
-            if (!(m_state == before))
-                return;
-            const bool wasGone = std::exchange(m_isGone, !m_state.isThere());
-            if (!m_isGone)
+            const bool wasAway = m_isAway;
+            watch();
+            if (m_isAway ? m_isAwayTold : wasAway)
+                return; // Or it has come back, and may still be written.
+            m_isAwayTold = m_isAway;
+            if (!m_isAway)
                 killTimer(std::exchange(m_timer, 0));
-            if (m_isGone ? wasGone : m_state == accepted)
-                return;
-            accepted = State();
             // The call may remove the file or delete the reloader.
             const Reaction changed = m_reloader->m_changed;
             changed(QString(objectName()));
         }
 
     private:
-        State state() const
+        void watch()
         {
-            const QFileInfo info(objectName());
-            return info.isFile() ? State{info.size(), info.lastModified().toMSecsSinceEpoch()}
-                                 : State();
+            m_isAway = !QFileInfo(objectName()).isFile();
+            if (!m_isAway)
+                m_reloader->m_watcher.addFile(objectName());
         }
 
         void wait()
@@ -770,9 +747,9 @@ private:
         }
 
         FileReloader* m_reloader;
-        State m_state;
         int m_timer = 0;
-        bool m_isGone = false;
+        bool m_isAway = false;
+        bool m_isAwayTold = false;
     };
 
     // The children are files only.
@@ -793,10 +770,10 @@ using ParseOperation = bool (CmdLineParser::*)(const QStringList&);
  * does: returns if the program is to go on, and ends the process otherwise.
  *
  * - An error is written to the standard error, behind the name of the program; the exit code is 1.
- * - The option `help`, if it is declared and given, writes the help to the standard output.
- * - So does `version` with QCoreApplication's name and version.
+ * - The option `version`, if it is declared and given, writes QCoreApplication's name and version
+ * to the standard output; so does `help` with the help.
  *
- * The texts are written in the encoding of the user's locale.
+ * The texts are written in UTF-8.
  *
  * @code
  * Zentu::CmdLineParser parser;
@@ -805,32 +782,40 @@ using ParseOperation = bool (CmdLineParser::*)(const QStringList&);
  * Zentu::processCommandLine(parser);
  * @endcode
  *
- * @param args all arguments, the program's first, which is its name where there is no application
+ * @param args all arguments, the program's first; it is the name where QCoreApplication has none
  */
 inline void processCommandLine(CmdLineParser& parser,
     const QStringList& args = QCoreApplication::arguments(),
     ParseOperation parse = &CmdLineParser::parse)
 {
-    const auto write = [](std::FILE* file, const QString& text) {
-        std::fputs(text.toLocal8Bit().constData(), file);
-    };
     const QString application = QCoreApplication::applicationName();
     const QString name = application.isEmpty() ? QFileInfo(args.value(0)).fileName() : application;
 
     if (!(parser.*parse)(args)) {
-        write(stderr,
-            name + QLatin1String(": ") + parser.errorMessage().trimmed() + QLatin1Char('\n'));
+        std::fprintf(stderr, "%s: %s\n", qUtf8Printable(name),
+            qUtf8Printable(parser.errorMessage().trimmed()));
         std::exit(EXIT_FAILURE);
     }
     if (parser.isSet(QStringLiteral("version"))) {
-        write(stdout,
-            name + QLatin1Char(' ') + QCoreApplication::applicationVersion() + QLatin1Char('\n'));
+        std::printf("%s %s\n", qUtf8Printable(name),
+            qUtf8Printable(QCoreApplication::applicationVersion()));
         std::exit(EXIT_SUCCESS);
     }
     if (parser.isSet(QStringLiteral("help"))) {
-        write(stdout, parser.helpMessage());
+        std::fputs(qUtf8Printable(parser.helpMessage()), stdout);
         std::exit(EXIT_SUCCESS);
     }
+}
+
+/// The same for the arguments of main(), before there is an application: help and errors need no
+/// display then.
+inline void processCommandLine(
+    CmdLineParser& parser, int argc, char** argv, ParseOperation parse = &CmdLineParser::parse)
+{
+    QStringList args;
+    for (int i = 0; i < argc; ++i)
+        args.append(QString::fromUtf8(argv[i]));
+    processCommandLine(parser, args, parse);
 }
 
 } // namespace Zentu

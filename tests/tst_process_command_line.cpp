@@ -7,13 +7,17 @@
 #include <QProcess>
 #include <QTest>
 
+#include <memory>
+
 using namespace Zentu;
 
 namespace {
 
 int runTool(int argc, char** argv)
 {
-    const QCoreApplication application(argc, argv);
+    std::unique_ptr<QCoreApplication> application;
+    if (!qEnvironmentVariableIsSet("ZENTU_TEST_NO_APPLICATION"))
+        application = std::make_unique<QCoreApplication>(argc, argv);
     if (qEnvironmentVariableIsSet("ZENTU_TEST_NAME"))
         QCoreApplication::setApplicationName(qEnvironmentVariable("ZENTU_TEST_NAME"));
     QCoreApplication::setApplicationVersion(QStringLiteral("2.5"));
@@ -26,8 +30,10 @@ int runTool(int argc, char** argv)
         QStringLiteral("--list"), QStringLiteral("Some."), QStringLiteral("ValueList"));
     if (qEnvironmentVariableIsSet("ZENTU_TEST_LISTS"))
         processCommandLine(parser, QCoreApplication::arguments(), &CmdLineParser::parseB);
-    else
+    else if (application)
         processCommandLine(parser);
+    else
+        processCommandLine(parser, argc, argv);
     std::printf("list: %s\n", qPrintable(parser.getValue(QStringLiteral("list"))));
     return 3;
 }
@@ -73,6 +79,10 @@ void ProcessCommandLineTest::programEndsOrGoesOn_data()
         "tst_process_command_line: unknown option: --nope\n");
     row("error comes before help", QStringLiteral("--help --größer"), 1, "",
         "tst_process_command_line: unknown option: --größer\n");
+    row("error before the application", QStringLiteral("--größer"), 1, "",
+        "tst_process_command_line: unknown option: --größer\n", {"ZENTU_TEST_NO_APPLICATION"});
+    row("version before the application", QStringLiteral("-v"), 0, "A Tool 2.5\n", "",
+        {"ZENTU_TEST_NO_APPLICATION", "ZENTU_TEST_NAME=A Tool"});
     row("missing value", QStringLiteral("--list"), 1, "", "A Tool: missing value: --list\n",
         {"ZENTU_TEST_NAME=A Tool"});
 }
