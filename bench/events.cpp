@@ -4,6 +4,7 @@
 
 #include "event_mgr.h"
 #include "ievent_handler.h"
+#include "trace_p.h"
 
 #include <QCoreApplication>
 #include <QMetaMethod>
@@ -12,6 +13,7 @@
 #include <QReadWriteLock>
 #include <QWriteLocker>
 
+#include <iterator>
 #include <memory>
 
 namespace Bench {
@@ -111,6 +113,14 @@ public:
             return;
         PlainLine() << self() << "unsubscribe event:" << handler << type;
         subscribers.remove(type, handler);
+    }
+
+    void unsubscribeAll(IEventHandler* handler)
+    {
+        const QWriteLocker locker(&lock);
+        PlainLine() << self() << "unsubscribe all events for:" << handler;
+        for (auto it = subscribers.begin(); it != subscribers.end();)
+            it = it.value() == handler ? subscribers.erase(it) : std::next(it);
     }
 
     void postEvent(IEvent* event, Qt::ConnectionType type)
@@ -221,7 +231,8 @@ void queued(benchmark::State& state)
     });
 }
 
-template <typename B, bool OneType>
+// A further handler comes, and goes by itself or as one that is destroyed.
+template <typename B, bool OneType, bool IsDestroyed = false>
 void subscribeAndUnsubscribe(benchmark::State& state)
 {
     const int count = static_cast<int>(state.range(0));
@@ -230,7 +241,38 @@ void subscribeAndUnsubscribe(benchmark::State& state)
     const QString type = typeName(OneType ? 0 : count / 20);
     repeat(state, [&] {
         subscribed.bus.subscribe(&further, type);
-        subscribed.bus.unsubscribe(&further, type);
+        if constexpr (IsDestroyed)
+            subscribed.bus.unsubscribeAll(&further);
+        else
+            subscribed.bus.unsubscribe(&further, type);
+    });
+}
+
+// What no way of doing it can do without: twice the lock and a line, and the entry itself, of which
+// it is known where it stands and that there is no other.
+template <bool OneType>
+void leastForSubscribe(benchmark::State& state)
+{
+    const int count = static_cast<int>(state.range(0));
+    const int perType = OneType ? count : 10;
+    const QObject bus;
+    const Handler handler;
+    QReadWriteLock lock;
+    QMultiMap<QString, const IEventHandler*> entries;
+    for (int i = 0; i < count; ++i)
+        entries.insert(typeName(i / perType), nullptr);
+    const QString type = typeName(OneType ? 0 : count / 20);
+    const auto line = [&](const char* text) {
+        Zentu::Trace() << &bus << text << static_cast<const IEventHandler*>(&handler) << type;
+    };
+    repeat(state, [&] {
+        QWriteLocker first(&lock);
+        line("new event subscription:");
+        const auto place = entries.insert(type, &handler);
+        first.unlock();
+        const QWriteLocker second(&lock);
+        line("unsubscribe event:");
+        entries.erase(place);
     });
 }
 
@@ -285,16 +327,28 @@ void addEventRows()
     add("events/post queued", "plain", events, queued<PlainBus>);
     add("events/post queued", "QCoreApplication", events, queued<QtBus>);
 
-    const std::vector<int> entries = {10, 100, 1000, 10000};
+    const std::vector<int> entries = {10, 100, 1000, 10000, 100000};
+    // For those that search: only to subscribe them all takes the square of it.
+    const std::vector<int> fewer = {10, 100, 1000, 10000};
     std::string row = "events/subscribe and unsubscribe";
     add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, false>);
     add(row, "core", entries, subscribeAndUnsubscribe<Bus<NoLine>, false>);
     add(row, "hand", entries, subscribeAndUnsubscribe<Bus<HandLine>, false>);
     add(row, "plain", entries, subscribeAndUnsubscribe<PlainBus, false>);
+    add(row, "least", entries, leastForSubscribe<false>);
     row = "events/subscribe and unsubscribe, all of one name";
     add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, true>);
-    add(row, "hand", entries, subscribeAndUnsubscribe<Bus<HandLine>, true>);
-    add(row, "plain", entries, subscribeAndUnsubscribe<PlainBus, true>);
+    add(row, "hand", fewer, subscribeAndUnsubscribe<Bus<HandLine>, true>);
+    add(row, "plain", fewer, subscribeAndUnsubscribe<PlainBus, true>);
+    add(row, "least", entries, leastForSubscribe<true>);
+    row = "events/subscribe and end";
+    add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, false, true>);
+    add(row, "plain", entries, subscribeAndUnsubscribe<PlainBus, false, true>);
+    add(row, "least", entries, leastForSubscribe<false>);
+    row = "events/subscribe and end, all of one name";
+    add(row, "zentu", entries, subscribeAndUnsubscribe<Zentu::EventManager, true, true>);
+    add(row, "plain", fewer, subscribeAndUnsubscribe<PlainBus, true, true>);
+    add(row, "least", entries, leastForSubscribe<true>);
     add("events/getSubscribersFor", "zentu", entries, subscribers<Zentu::EventManager>);
     add("events/getSubscribersFor", "least", entries, leastForSubscribers);
     add("events/getSubscribersFor", "plain", entries, subscribers<PlainBus>);

@@ -18,8 +18,10 @@ LIMITS = {
     "trace": {"plain": 0.45},
     "events/post direct": {"plain": (0.45, ("0", "1"))},
     "events/post queued": {"plain": 0.6},
-    "events/subscribe and unsubscribe": {"plain": 0.5},
-    "events/subscribe and unsubscribe, all of one name": {"plain": 0.5},
+    "events/subscribe and unsubscribe": {"plain": 0.5, "least": 3},
+    "events/subscribe and unsubscribe, all of one name": {"plain": 0.5, "least": 3},
+    "events/subscribe and end": {"plain": 0.5, "least": 3},
+    "events/subscribe and end, all of one name": {"plain": 0.5, "least": 3},
     "events/getSubscribersFor": {"plain": 0.5},
     "contexts/all switch": {"plain": 0.4, "hand": 1.5},
     "contexts/none switches": {"core": 2},
@@ -40,7 +42,8 @@ TITLES = {
               "use for lines of their own."),
     "events": ("Event bus", "Sizes are handlers, events in the queue, or subscriptions. "
                "`lock and call` is a virtual call and an uncontended read lock for each handler; "
-               "`least` is a read lock, a look-up, ten steps and one block of memory for a list."),
+               "`least` is a read lock, a look-up, ten steps and one block of memory for a list; of a "
+               "subscription it is two locks and lines, and an entry that goes where it came."),
     "contexts": ("Contexts and actions", "Sizes are proxy actions with two backends each."),
     "command line": ("Command line", "Sizes are arguments × options for parsing, options for help."),
     "documents": ("Document area", "Sizes are open documents."),

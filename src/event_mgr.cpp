@@ -6,11 +6,13 @@
 #include "trace_p.h"
 
 #include <QDebug>
+#include <QHash>
 #include <QMetaMethod>
 #include <QMetaType>
 #include <QMultiMap>
 #include <QReadLocker>
 #include <QReadWriteLock>
+#include <QVarLengthArray>
 #include <QWriteLocker>
 
 #include <algorithm>
@@ -25,16 +27,46 @@ class _event_mgr_private
 public:
     using Subscribers = QMultiMap<QString, IEventHandler*>;
 
-    /// The entry of the handler among those of the type name, or the end.
-    Subscribers::iterator find(IEventHandler* handler, const QString& type)
+    bool contains(IEventHandler* handler, const QString& type) const
     {
-        const auto entries = subscribers.equal_range(type);
-        const auto it = std::find(entries.first, entries.second, handler);
-        return it == entries.second ? subscribers.end() : it;
+        const auto own = places.constFind(handler);
+        return own != places.constEnd()
+            && std::any_of(own->begin(), own->end(), [&](auto it) { return it.key() == type; });
+    }
+
+    void add(IEventHandler* handler, const QString& type)
+    {
+        places[handler].append(subscribers.insert(type, handler));
+    }
+
+    /// Removes a subscription that there is.
+    void remove(IEventHandler* handler, const QString& type)
+    {
+        Places& own = places[handler];
+        const auto place =
+            std::find_if(own.begin(), own.end(), [&](auto it) { return it.key() == type; });
+        subscribers.erase(*place);
+        *place = own.last();
+        own.removeLast();
+        if (own.isEmpty())
+            places.remove(handler);
+    }
+
+    void removeAll(IEventHandler* handler)
+    {
+        const Places own = places.take(handler);
+        for (const auto& place : own)
+            subscribers.erase(place);
     }
 
     Subscribers subscribers;
     QReadWriteLock lock;
+
+private:
+    // Where the subscriptions of a handler stand. They stay there while others come and go, as the
+    // map is never copied.
+    using Places = QVarLengthArray<Subscribers::iterator, 4>;
+    QHash<IEventHandler*, Places> places;
 };
 
 static Qt::ConnectionType connectionType(EventManager::PostMode mode)
@@ -94,37 +126,30 @@ EventManager::~EventManager()
 void EventManager::subscribe(IEventHandler* handler, const QString& type)
 {
     const QWriteLocker locker(&d->lock);
-    if (d->find(handler, type) != d->subscribers.end()) {
+    if (d->contains(handler, type)) {
         qWarning() << this << "duplicated event subscription:" << handler << type;
         return;
     }
     Trace() << this << "new event subscription:" << handler << type;
-    d->subscribers.insert(type, handler);
+    d->add(handler, type);
 }
 
 void EventManager::unsubscribe(IEventHandler* handler, const QString& type)
 {
     const QWriteLocker locker(&d->lock);
-    const auto it = d->find(handler, type);
-    if (it == d->subscribers.end()) {
+    if (!d->contains(handler, type)) {
         qWarning() << this << "unsubscribe event:" << handler << type << "no match found";
         return;
     }
     Trace() << this << "unsubscribe event:" << handler << type;
-    d->subscribers.erase(it);
+    d->remove(handler, type);
 }
 
 void EventManager::unsubscribeAll(IEventHandler* handler)
 {
     const QWriteLocker locker(&d->lock);
     Trace() << this << "unsubscribe all events for:" << handler;
-    auto& subscribers = d->subscribers;
-    for (auto it = subscribers.begin(); it != subscribers.end();) {
-        if (it.value() == handler)
-            it = subscribers.erase(it);
-        else
-            ++it;
-    }
+    d->removeAll(handler);
 }
 
 QList<IEventHandler*> EventManager::getSubscribersFor(const QString& type)
