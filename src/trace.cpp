@@ -17,18 +17,19 @@
 
 namespace Zentu {
 
+using namespace std::string_view_literals;
+
 static bool isAscii(char c)
 {
     return static_cast<unsigned char>(c) < 0x80;
 }
 
-// Whether QDebug writes a character as it is: if it prints in Latin-1, but is no quote and no
-// backslash.
+// Whether QDebug writes a character of a string as it is. It does so with some beyond ASCII too;
+// those take the longer way.
 static bool isPlain(QChar c)
 {
-    const ushort code = c.unicode();
-    return code < 0x7f ? code >= ' ' && code != '"' && code != '\\'
-                       : code >= 0xa0 && code <= 0xff && code != 0xad;
+    return c >= QLatin1Char(' ') && c <= QLatin1Char('~') && c != QLatin1Char('"')
+        && c != QLatin1Char('\\');
 }
 
 TraceText& TraceText::operator<<(char ascii)
@@ -48,17 +49,28 @@ TraceText& TraceText::operator<<(const char* text)
     return *this;
 }
 
+TraceText& TraceText::operator<<(std::string_view ascii)
+{
+    m_text.append(ascii.data(), static_cast<int>(ascii.size()));
+    return *this;
+}
+
 TraceText& TraceText::operator<<(const QString& string)
 {
-    if (!std::all_of(string.begin(), string.end(), isPlain))
-        return byDebug(string);
     const auto begin = m_text.size();
     m_text.resize(begin + string.size() + 2);
     char* to = m_text.data() + begin;
     *to++ = '"';
-    to = std::transform(
-        string.begin(), string.end(), to, [](QChar c) { return static_cast<char>(c.unicode()); });
+    bool allPlain = true;
+    for (const QChar c : string) {
+        allPlain &= isPlain(c);
+        *to++ = static_cast<char>(c.unicode());
+    }
     *to = '"';
+    if (!allPlain) {
+        m_text.resize(begin);
+        byDebug(string);
+    }
     return *this;
 }
 
@@ -71,10 +83,10 @@ TraceText& TraceText::operator<<(const QStringList& list)
         return text.toLatin1();
     }();
     m_text.append(empty.constData(), empty.size() - 1);
-    const char* separator = "";
+    std::string_view separator;
     for (const QString& string : list) {
         *this << separator << string;
-        separator = ", ";
+        separator = ", "sv;
     }
     return *this << ')';
 }
@@ -86,7 +98,7 @@ TraceText& TraceText::operator<<(int number)
 
 TraceText& TraceText::operator<<(const void* address)
 {
-    *this << "0x";
+    *this << "0x"sv;
     return appendNumber(reinterpret_cast<quintptr>(address), 16);
 }
 
@@ -134,7 +146,8 @@ static void describe(Stream& stream, const IOptionPage& page)
            << ", category = " << page.category().join(QLatin1Char('/')) << ")";
 }
 
-static void describe(TraceText& text, const QObject& object, const char* beforeName = ", name = ")
+static void describe(
+    TraceText& text, const QObject& object, std::string_view beforeName = ", name = "sv)
 {
     text << object.metaObject()->className() << '(' << static_cast<const void*>(&object);
     const QString name = object.objectName();
@@ -145,7 +158,7 @@ static void describe(TraceText& text, const QObject& object, const char* beforeN
 
 static void describe(TraceText& text, const QWidget& widget)
 {
-    describe(text, widget, ", name=");
+    describe(text, widget, ", name="sv);
 }
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
@@ -153,22 +166,22 @@ static void describe(TraceText& text, const QAction& action)
 {
     static const QMetaEnum roles = QMetaEnum::fromType<QAction::MenuRole>();
 
-    text << "QAction(" << static_cast<const void*>(&action) << " text=" << action.text();
+    text << "QAction("sv << static_cast<const void*>(&action) << " text="sv << action.text();
     const QString toolTip = action.toolTip();
     if (!toolTip.isEmpty())
-        text << " toolTip=" << toolTip;
+        text << " toolTip="sv << toolTip;
     if (action.isCheckable())
-        text << " checked=" << (action.isChecked() ? "true" : "false");
+        text << " checked="sv << (action.isChecked() ? "true"sv : "false"sv);
     // Not empty, a shortcut can still have no text, and a role can have no name.
     const QKeySequence shortcut = action.shortcut();
     if (!shortcut.isEmpty())
-        text << " shortcut=QKeySequence(" << shortcut.toString() << ')';
-    text << " menuRole=";
+        text << " shortcut=QKeySequence("sv << shortcut.toString() << ')';
+    text << " menuRole="sv;
     if (const char* const role = roles.valueToKey(action.menuRole()))
         text << role;
     else
         text << static_cast<int>(action.menuRole());
-    text << " visible=" << (action.isVisible() ? "true)" : "false)");
+    text << " visible="sv << (action.isVisible() ? "true)"sv : "false)"sv);
 }
 #else
 // What is shown of an action has changed more than once in this Qt.
@@ -215,7 +228,8 @@ Trace& Trace::described(const T* object, const char* null)
     if (!object)
         return item(null);
     describe(m_text, *object);
-    return item("");
+    m_text << ' ';
+    return *this;
 }
 
 Trace& Trace::operator<<(const char* text)

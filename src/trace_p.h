@@ -6,6 +6,8 @@
 #include <QStringList>
 #include <QVarLengthArray>
 
+#include <string_view>
+
 class QAction;
 class QObject;
 class QWidget;
@@ -23,6 +25,7 @@ class TraceText
 {
 public:
     TraceText& operator<<(char ascii);
+    TraceText& operator<<(std::string_view ascii);
     TraceText& operator<<(const char* text);
     TraceText& operator<<(const QString& string);
     TraceText& operator<<(const QStringList& list);
