@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include <ZentuKit/FileWatcher>
+#include <ZentuKit/FileReloader>
 #include <ZentuKit/LambdaSlotWrapper>
 
 #include <QCoreApplication>
@@ -9,7 +9,14 @@
 
 #include <cstdio>
 
-static void save(const QString& path, const char* text)
+static void write(const QString& path, QIODevice::OpenMode mode, const char* text)
+{
+    QFile file(path);
+    if (file.open(mode))
+        file.write(text);
+}
+
+static void replace(const QString& path, const char* text)
 {
     QSaveFile file(path);
     if (file.open(QIODevice::WriteOnly)) {
@@ -23,20 +30,28 @@ int main(int argc, char** argv)
     QCoreApplication application(argc, argv);
     const QTemporaryDir folder;
     const QString path = folder.filePath(QStringLiteral("notes.txt"));
-    save(path, "one");
+    write(path, QIODevice::WriteOnly, "one");
 
-    Zentu::FileWatcher watcher;
-    watcher.addFile(path);
     int changes = 0;
-    // A callable behind a signal that is named by its signature.
-    Zentu::LambdaSlotWrapper::connect(&watcher, SIGNAL(fileChanged(QString)), [&] {
-        std::printf("change %d\n", ++changes);
-        if (changes == 2)
+    Zentu::FileReloader reloader([&](const QString& changed) {
+        QFile file(changed);
+        if (file.open(QIODevice::ReadOnly))
+            std::printf("%s\n", file.readAll().constData());
+        // The file is replaced, which ends an ordinary watch.
+        if (++changes == 1)
+            replace(path, "three");
+        else
             QCoreApplication::quit();
     });
+    reloader.add(path);
 
-    // The file is replaced, which a plain QFileSystemWatcher sees once.
-    save(path, "two");
-    QTimer::singleShot(1000, &watcher, [&] { save(path, "three"); });
+    // Another program takes its time.
+    write(path, QIODevice::WriteOnly, "half, ");
+    QTimer writer;
+    writer.setSingleShot(true);
+    writer.start(100);
+    // A callable behind a signal that is named by its signature.
+    Zentu::LambdaSlotWrapper::connect(
+        &writer, SIGNAL(timeout()), [&] { write(path, QIODevice::Append, "and half"); });
     return QCoreApplication::exec();
 }
