@@ -42,6 +42,12 @@ endforeach()
 zentu_forward("${zentu_tree_headers}/ZentuKit/wisp_recorder.h"
   "${PROJECT_SOURCE_DIR}/wisp/wisp_recorder.h")
 
+# For tests: QtTest and the logger beside the library is all that they need.
+foreach(name IN ITEMS zentu_trace_normal.h zentu_trace_test.h)
+  zentu_forward("${zentu_tree_headers}/ZentuKit/${name}"
+    "${PROJECT_SOURCE_DIR}/inspect/testing/${name}")
+endforeach()
+
 set(rest ${zentu_classes})
 while(rest)
   list(POP_FRONT rest header class)

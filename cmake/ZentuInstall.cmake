@@ -24,6 +24,8 @@ install(FILES ${zentu_public_headers} DESTINATION "${headers}" COMPONENT develop
 install(DIRECTORY "${zentu_class_headers}/" DESTINATION "${headers}" COMPONENT development)
 if(NOT ZENTU_WISP_LIBRARY)
   install(FILES "${PROJECT_SOURCE_DIR}/wisp/wisp_recorder.h"
+    "${PROJECT_SOURCE_DIR}/inspect/testing/zentu_trace_normal.h"
+    "${PROJECT_SOURCE_DIR}/inspect/testing/zentu_trace_test.h"
     DESTINATION "${headers}" COMPONENT development)
 endif()
 

@@ -14,7 +14,10 @@ namespace Zentu {
  * An address becomes a name, by the class it was first printed with: `QAction-1`, `QAction-2`,
  * `handler-1`. Whoever comes to an address after its owner was seen to go gets a name of its own.
  * Events, which live for one post, are all `event`. Time, level and thread go away, but for the
- * threads that are not the first one to speak: their lines begin with `thread-2: `.
+ * threads that are not the first one to speak: their lines begin with `thread-2: `. In a string,
+ * what looks like an address (six digits and more) becomes `address-1`. Of an action its text and
+ * its checked state stay, and a list is `("a", "b")`, so that the form does not depend on the
+ * version of Qt.
  *
  * The form itself is an interface: golden files keep it.
  */
@@ -42,10 +45,20 @@ public:
             const std::size_t end = line[at] == '"' ? stringEnd(line, at)
                 : isAddress(line, at)               ? addressEnd(line, at)
                                                     : at + 1;
-            if (end > at + 1 && line[at] == '0')
-                result += nameOf(line.substr(at, end - at), classBefore(line, at));
+            if (line[at] == '0' && end > at + 1) {
+                const std::string_view className = classBefore(line, at);
+                result += nameOf(line.substr(at, end - at), className);
+                at = className == "QAction" ? appendFields(result, line, end) : end;
+                continue;
+            }
+            if (line.substr(at, 6) == "QList(" && at > 0 && isBlank(line[at - 1])) {
+                at += 5;
+                continue;
+            }
+            if (line[at] == '"')
+                appendString(result, line.substr(at, end - at));
             else
-                result += line.substr(at, end - at);
+                result += line[at];
             at = end;
         }
         forgetWhoGoes(line);
@@ -75,6 +88,40 @@ private:
         takeWord(line);
         takeWord(line);
         return takeWord(line);
+    }
+
+    // What an action prints behind its address: of ` key=value` some stay. Returns where it ends.
+    static std::size_t appendFields(std::string& result, std::string_view line, std::size_t at)
+    {
+        while (at < line.size() && line[at] == ' ') {
+            const std::size_t begin = at++;
+            for (int depth = 0; at < line.size(); ++at) {
+                if (line[at] == '"')
+                    at = stringEnd(line, at) - 1;
+                else if (depth == 0 && (line[at] == ' ' || line[at] == ')'))
+                    break;
+                else if (line[at] == '(' || line[at] == ')')
+                    depth += line[at] == '(' ? 1 : -1;
+            }
+            const std::string_view field = line.substr(begin, at - begin);
+            if (field.substr(0, 6) == " text=" || field.substr(0, 9) == " checked=")
+                result += field;
+        }
+        return at;
+    }
+
+    // Names are made of addresses, too: such as those of the contexts of documents.
+    void appendString(std::string& result, std::string_view text)
+    {
+        constexpr std::size_t fewestDigits = 6;
+        for (std::size_t at = 0; at < text.size();) {
+            const std::size_t end = text.substr(at, 2) == "0x" ? addressEnd(text, at) : at + 1;
+            if (end >= at + 2 + fewestDigits)
+                result += nameOf(text.substr(at, end - at), "address");
+            else
+                result += text.substr(at, end - at);
+            at = end;
+        }
     }
 
     void appendThread(std::string& result, std::string_view thread)

@@ -2,7 +2,7 @@
 #include "note.h"
 
 #include <ZentuKit/ProxyAction>
-#include <ZentuKit/wisp_recorder.h>
+#include <ZentuKit/zentu_trace_test.h>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -10,8 +10,6 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
-
-#include <algorithm>
 
 class MainWindowTest : public QObject
 {
@@ -40,18 +38,16 @@ void MainWindowTest::actionFollowsTheCurrentNote()
     auto* const clear = window.findChild<Zentu::ProxyAction*>("edit.clear");
     QVERIFY(!clear->isEnabled());
 
-    wisp::clearRecordedLines();
+    const Zentu::TraceRecording recording;
     Note* const note = window.addNote(QStringLiteral("bread\nmilk"));
     QTRY_VERIFY(clear->isEnabled());
     QCOMPARE(window.statusBar()->currentMessage(), QStringLiteral("Added: bread"));
     clear->trigger();
     QCOMPARE(note->text(), QString());
 
-    // All of it was traced, too.
-    const std::vector<wisp::Line> lines = wisp::recordedLines();
-    QVERIFY(std::any_of(lines.begin(), lines.end(), [](const wisp::Line& line) {
-        return line.text.find("type = \"note.added\"") != std::string::npos;
-    }));
+    // All of it was traced, too. ZENTU_UPDATE_TRACES=1 writes the file anew.
+    ZENTU_VERIFY_POSTED(recording, "note.added");
+    ZENTU_COMPARE_TRACE(recording, "add_note.trace");
 }
 
 void MainWindowTest::changedNoteIsAskedFor()
