@@ -5,7 +5,6 @@
 #include "option_dlg.h"
 #include "option_dlg_p.h"
 
-#include <KPageDialog>
 #include <QDialogButtonBox>
 #include <QHash>
 #include <QLabel>
@@ -14,6 +13,11 @@
 #include <QTreeWidget>
 
 #include <memory>
+
+#if __has_include(<KPageDialog>)
+#include <KPageDialog>
+#define HAS_KPAGEDIALOG
+#endif
 
 namespace Bench {
 namespace {
@@ -133,6 +137,7 @@ void build(benchmark::State& state)
         [](auto& prepared) { prepared.second = std::make_unique<Dialog>(listOf(prepared.first)); });
 }
 
+#ifdef HAS_KPAGEDIALOG
 // A dialog of KDE asks for all widgets at once.
 template <bool Deep>
 void buildKde(benchmark::State& state)
@@ -158,6 +163,7 @@ void buildKde(benchmark::State& state)
         }
     });
 }
+#endif
 
 } // namespace
 
@@ -167,11 +173,13 @@ void addOptionRows()
     const std::string flat = "options/build, flat";
     add(flat, "zentu", sizes, build<Zentu::OptionDialog, false>)->UseManualTime();
     add(flat, "hand", sizes, build<HandDialog, false>)->UseManualTime();
-    add(flat, "KPageDialog", sizes, buildKde<false>)->UseManualTime();
     const std::string deep = "options/build, deep";
     add(deep, "zentu", sizes, build<Zentu::OptionDialog, true>)->UseManualTime();
     add(deep, "hand", sizes, build<HandDialog, true>)->UseManualTime();
+#ifdef HAS_KPAGEDIALOG
+    add(flat, "KPageDialog", sizes, buildKde<false>)->UseManualTime();
     add(deep, "KPageDialog", sizes, buildKde<true>)->UseManualTime();
+#endif
 }
 
 } // namespace Bench

@@ -4,12 +4,25 @@
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 
+# A first argument --qt6 makes each command do what it does with Qt 6.
+qt=5 qt_option=()
+if [ "${1-}" = --qt6 ]; then
+  qt=6 qt_option=(--qt6)
+  shift
+fi
+
 # What a build needs; the checks add to it.
-build_packages=(g++ cmake ninja-build qtbase5-dev qttools5-dev qttools5-dev-tools fonts-dejavu-core)
+build_packages=(g++ cmake ninja-build fonts-dejavu-core)
+if [ $qt = 6 ]; then
+  build_packages+=(qt6-base-dev qt6-tools-dev qt6-tools-dev-tools qt6-l10n-tools)
+else
+  build_packages+=(qtbase5-dev qttools5-dev qttools5-dev-tools)
+fi
 
 # What the tests take beside it: an X server, and make and qmake for those who build with them.
 # shellcheck disable=SC2034 # read by the commands
-test_packages=(xvfb xauth openbox make pkg-config qt5-qmake)
+test_packages=(xvfb xauth openbox make pkg-config)
+if [ $qt = 6 ]; then test_packages+=(qmake6); else test_packages+=(qt5-qmake); fi
 
 # Nothing is compiled twice where ccache is.
 ! command -v ccache >/dev/null || export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
@@ -43,6 +56,18 @@ need() {
   rm -f "$log"
 }
 
+# The name of a preset in the Qt that was asked for.
+preset() {
+  case $qt-$1 in
+    5-*) echo "$1" ;;
+    6-release) echo qt6 ;;
+    6-*) echo "qt6-$1" ;;
+  esac
+}
+
+# For what is measured, counted or drawn with one of the two.
+only_qt5() { [ $qt = 5 ] || die "this is done with Qt 5"; }
+
 configure() {
   step "Configuring $1"
   (cd "$top" && cmake --preset "$1" >/dev/null) || die "cannot configure $1"
@@ -50,7 +75,8 @@ configure() {
 
 # build PRESET TARGET...
 build() {
-  local preset=$1
+  local preset
+  preset=$(preset "$1")
   shift
   configure "$preset"
   step "Building $preset"
@@ -60,7 +86,9 @@ build() {
 
 # run_tests PRESET [BUILD] runs the tests of a preset, and says how to run those alone that failed.
 run_tests() {
-  local preset=$1 failed=$top/build/${2-$1}/Testing/Temporary/LastTestsFailed.log name
+  local preset failed name
+  preset=$(preset "$1")
+  failed=$top/build/$(preset "${2-$1}")/Testing/Temporary/LastTestsFailed.log
   step "Running the tests of $preset"
   rm -f "$failed"
   ! (cd "$top" && ctest --preset "$preset") || return 0

@@ -196,6 +196,8 @@ private Q_SLOTS:
     void listThatIsBeingSetIsTheSame();
     void sameBackendIsNotSwitchedTo();
     void switchIsTracedBeforeItHappens();
+    void checkedStateEndsWithCheckability();
+    void newerSignalsTellOfTheCopy();
     void switchDisconnectsCopiesAndConnects();
     void nothingEchoesInASwitch();
     void triggeringReachesTheBackendAlone();
@@ -614,6 +616,43 @@ void ProxyActionTest::switchIsTracedBeforeItHappens()
         QStringList({trace(setContextLine(active, {X})),
             trace(active + QLatin1String(" change active backend action to QAction(0x00) "))}));
     QCOMPARE(atTheLines, QList<QAction*>({nullptr, nullptr, &a, &a}));
+}
+
+void ProxyActionTest::checkedStateEndsWithCheckability()
+{
+    QAction a;
+    a.setCheckable(true);
+    a.setChecked(true);
+    QAction b;
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    QVERIFY(proxy.isChecked());
+    QSignalSpy toggled(&proxy, &QAction::toggled);
+    proxy.setCurrentContext({B});
+    QVERIFY(!proxy.isCheckable() && !proxy.isChecked());
+    // Qt 5 keeps to itself that what can no longer be checked is not.
+    QCOMPARE(toggled.count(), QT_VERSION_MAJOR == 5 ? 0 : 1);
+    toggled.clear();
+    proxy.setCurrentContext({A});
+    QVERIFY(proxy.isCheckable() && proxy.isChecked());
+    QCOMPARE(toggled.count(), 1);
+}
+
+void ProxyActionTest::newerSignalsTellOfTheCopy()
+{
+    if (QT_VERSION_MAJOR == 5)
+        QSKIP("An action of Qt 5 has no such signals");
+    QAction a;
+    a.setCheckable(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    QSignalSpy enabled(&proxy, SIGNAL(enabledChanged(bool)));
+    QSignalSpy checkable(&proxy, SIGNAL(checkableChanged(bool)));
+    proxy.setCurrentContext({A});
+    QCOMPARE(enabled.count(), 1);
+    QCOMPARE(checkable.count(), 1);
 }
 
 void ProxyActionTest::switchDisconnectsCopiesAndConnects()

@@ -234,7 +234,7 @@ def all_faults():
 class Place:
     """A copy of the tree in which faults are built and tried."""
 
-    def __init__(self, folder):
+    def __init__(self, folder, qt):
         self.tree = folder / "tree"
         self.build = folder / "build"
         if self.tree.exists():
@@ -244,6 +244,7 @@ class Place:
                         copy_function=shutil.copy)
         launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
         self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
+                  f"-DQT_MAJOR_VERSION={qt}",
                   "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-g0",
                   # A fault changes no interface, so the programs need not be linked again.
                   "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
@@ -322,6 +323,7 @@ def main():
     parser.add_argument("--file", action="append", help="only faults in this file")
     parser.add_argument("--sample", type=int, help="only so many, chosen at random")
     parser.add_argument("--seed", type=int, default=int(time.time()), help="of the choice")
+    parser.add_argument("--qt6", dest="qt", action="store_const", const=6, default=5, help="with Qt 6")
     parser.add_argument("--jobs", type=int, default=os.cpu_count())
     parser.add_argument("--folder", type=pathlib.Path, default=TOP / "build/mutation")
     parser.add_argument("--least", type=float, default=97, help="per cent that must be killed")
@@ -348,7 +350,7 @@ def main():
     queue = iter(faults)
 
     def prepare(number):
-        place = Place(options.folder / str(number))
+        place = Place(options.folder / str(number), options.qt)
         for file in sorted({fault.file for fault in faults}):
             place.try_without_fault(file)
         return place
