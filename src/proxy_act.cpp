@@ -89,6 +89,24 @@ private:
     QMetaMethod m_receiverMethod;
 };
 
+/// Notices that an action is deleted. One that is in its destructor already counts as there, and
+/// can be disconnected, but Qt has let go of what a QPointer to it would use.
+class ActionGuard
+{
+public:
+    explicit ActionGuard(QAction* action)
+        : m_pointer(qobject_cast<QAction*>(static_cast<QObject*>(action)))
+        , m_isWatching(m_pointer)
+    {
+    }
+
+    bool isGone() const { return m_isWatching && !m_pointer; }
+
+private:
+    QPointer<QAction> m_pointer;
+    bool m_isWatching;
+};
+
 } // namespace
 
 /// How a proxy and its backends are connected.
@@ -216,10 +234,10 @@ void ProxyAction::removeBackendAction(QAction* action)
     Trace() << this << "remove backend action" << action;
     d->erase(it);
     const QPointer<QObject> alive(this);
-    const QPointer<QObject> removed(action);
+    const ActionGuard guard(action);
     links().destroyed.disconnect(action, this);
     if (alive && d->activeBackend == action)
-        updateProxy(!removed);
+        updateProxy(guard.isGone());
 }
 
 QAction* ProxyAction::removeBackendContext(const QString& context)
@@ -233,10 +251,10 @@ QAction* ProxyAction::removeBackendContext(const QString& context)
     Trace() << this << "remove backend context" << context << action;
     d->erase(it);
     const QPointer<QObject> alive(this);
-    const QPointer<QObject> removed(action);
+    const ActionGuard guard(action);
     links().destroyed.disconnect(action, this);
     if (alive && d->activeBackend == action)
-        updateProxy(!removed);
+        updateProxy(guard.isGone());
     return action;
 }
 
@@ -282,12 +300,13 @@ void ProxyAction::updateProxy(bool oldBackendDead)
     const auto isOvertaken = [this, alive = QPointer<QObject>(this), own = ++d->switches] {
         return !alive || d->switches != own;
     };
-    if (const QPointer<QAction> old = oldBackendDead ? nullptr : d->activeBackend) {
+    if (QAction* const old = oldBackendDead ? nullptr : d->activeBackend) {
+        const ActionGuard guard(old);
         links().changed.disconnect(old, this);
         for (const ProxyLinks::ToBackend& link : links().forwarding) {
             if (isOvertaken())
                 return;
-            if (old)
+            if (!guard.isGone())
                 link.disconnect(this, old);
         }
     }

@@ -218,6 +218,8 @@ private Q_SLOTS:
     void backendThatDiesBeforeItIsActiveIsPassedOver();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected();
+    void dyingBackendCanBeRemoved_data();
+    void dyingBackendCanBeRemoved();
     void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
     void propertiesAreCopiedInOrder();
@@ -1079,6 +1081,40 @@ void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
         proxy.removeBackendContext(A);
     else
         proxy.removeBackendAction(a);
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QCOMPARE(proxy.text(), b.text());
+}
+
+void ProxyActionTest::dyingBackendCanBeRemoved_data()
+{
+    QTest::addColumn<QString>("how");
+    for (const char* const how : {"by action", "by context", "by a switch"})
+        QTest::newRow(how) << QString::fromLatin1(how);
+}
+
+// In a slot of its destroyed() that comes before the one of the proxy.
+void ProxyActionTest::dyingBackendCanBeRemoved()
+{
+    QFETCH(QString, how);
+    ProxyAction proxy;
+    auto a = std::make_unique<QAction>();
+    QAction b(QStringLiteral("b"));
+    {
+        const QPointer<QAction> guard = a.get(); // Qt gives up what it uses before destroyed().
+    }
+    connect(a.get(), &QObject::destroyed, this, [&, action = a.get()] {
+        if (how == QLatin1String("by action"))
+            proxy.removeBackendAction(action);
+        else if (how == QLatin1String("by context"))
+            proxy.removeBackendContext(A);
+        else
+            proxy.setCurrentContext({B});
+    });
+    proxy.addBackendAction(a.get(), A);
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A, B});
+    a.reset();
+    QVERIFY(!proxy.getBackendAction(A));
     QCOMPARE(proxy.currentActiveBackendAction(), &b);
     QCOMPARE(proxy.text(), b.text());
 }
