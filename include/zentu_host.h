@@ -415,8 +415,9 @@ public:
         return found + left;
     }
 
-    /// Activates the document of the next tab, or of the one before it, around the ends.
+    /// Activates the document of the next tab, around the ends.
     void activateNext() { activate(1, documents()); }
+    /// Activates the document of the tab before, around the ends.
     void activatePrevious() { activate(-1, documents()); }
 
     /// Activates the document that was used before the current one; called again, the one that was
@@ -659,6 +660,7 @@ public:
     /// reloader.
     using Reaction = std::function<void(const QString& path)>;
 
+    /// Watches no file yet; calls @p changed for those that are added.
     explicit FileReloader(Reaction changed, QObject* parent = nullptr)
         : QObject(parent)
         , m_changed(std::move(changed))
@@ -782,6 +784,8 @@ using ParseOperation = bool (CmdLineParser::*)(const QStringList&);
  * Zentu::processCommandLine(parser);
  * @endcode
  *
+ * @param parser has all declarations, and the results afterwards
+ * @param parse which syntax, that of parse() or that of parseB()
  * @param args all arguments, the program's first; it is the name where QCoreApplication has none
  */
 inline void processCommandLine(CmdLineParser& parser,

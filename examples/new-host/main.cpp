@@ -16,10 +16,7 @@ int main(int argc, char* argv[])
         QStringLiteral("text"));
     parser.addPositionalArgument(
         QStringLiteral("NOTE..."), QStringLiteral("Texts to begin with, a note each."));
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    Zentu::processCommandLine(parser, arguments);
+    Zentu::processCommandLine(parser, argc, argv);
 
     // All options are the program's own; Qt is told what it needs by the environment.
     int qtArgc = 1;

@@ -197,10 +197,7 @@ int main(int argc, char** argv)
     parser.addOption(QStringLiteral("--title"), QStringLiteral("The title of the window."),
         QStringLiteral("text"));
     parser.addPositionalArgument(QStringLiteral("NOTE..."), QStringLiteral("Texts to begin with."));
-    QStringList arguments;
-    for (int i = 0; i < argc; ++i)
-        arguments.append(QString::fromLocal8Bit(argv[i]));
-    Zentu::processCommandLine(parser, arguments);
+    Zentu::processCommandLine(parser, argc, argv);
 
     int qtArgc = 1; // all options are ours
     QApplication application(qtArgc, argv);
