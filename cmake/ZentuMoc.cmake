@@ -35,7 +35,6 @@ function(zentu_moc target)
   file(CONFIGURE OUTPUT "${folder}/mocs.cpp" CONTENT "${text}" @ONLY)
   set_source_files_properties(${outputs} PROPERTIES HEADER_FILE_ONLY ON)
   target_sources(${target} PRIVATE "${folder}/mocs.cpp" ${outputs})
-  set_target_properties(${target} PROPERTIES AUTOMOC OFF)
 endfunction()
 
 # For a source file NAME.cpp that ends with #include "NAME.moc".
@@ -45,5 +44,4 @@ function(zentu_moc_in_source target source)
   zentu_moc_rule(${target} "${source}" "${folder}/${name}.moc")
   target_include_directories(${target} PRIVATE "${folder}")
   target_sources(${target} PRIVATE "${folder}/${name}.moc")
-  set_target_properties(${target} PROPERTIES AUTOMOC OFF)
 endfunction()

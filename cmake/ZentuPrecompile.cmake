@@ -16,11 +16,17 @@ function(zentu_precompiled name)
   set(source "${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp")
   file(CONFIGURE OUTPUT "${source}" CONTENT "int main()\n{\n}\n")
   add_executable(${name} EXCLUDE_FROM_ALL "${source}")
-  set_target_properties(${name} PROPERTIES AUTOMOC OFF)
   target_link_libraries(${name} PRIVATE ${arg_LIBRARIES})
   target_compile_options(${name} PRIVATE ${arg_OPTIONS})
   zentu_warnings(${name})
   target_precompile_headers(${name} PRIVATE ${arg_HEADERS})
+endfunction()
+
+# Precompiles headers for one target.
+function(zentu_precompile target)
+  if(zentu_precompiles)
+    target_precompile_headers(${target} PRIVATE ${ARGN})
+  endif()
 endfunction()
 
 function(zentu_use_precompiled target name)

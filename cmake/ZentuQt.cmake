@@ -1,10 +1,11 @@
-# The Qt to build with: the one that the host has found already, or Qt 5.
-set(found 5)
-if(TARGET Qt6::Core AND NOT TARGET Qt5::Core)
-  set(found 6)
+# The Qt to build with: the one that is asked for, the one that the host has found already, or Qt 5. Not kept
+# in the cache, which is the host's.
+if(NOT QT_MAJOR_VERSION)
+  set(QT_MAJOR_VERSION 5)
+  if(TARGET Qt6::Core AND NOT TARGET Qt5::Core)
+    set(QT_MAJOR_VERSION 6)
+  endif()
 endif()
-set(QT_MAJOR_VERSION ${found} CACHE STRING "Major version of Qt to build with, 5 or 6")
-set_property(CACHE QT_MAJOR_VERSION PROPERTY STRINGS 5 6)
 
 set(zentu_qt Qt${QT_MAJOR_VERSION})
 # The two libraries lie side by side in one prefix, so each has a name of its own.
