@@ -4,6 +4,7 @@
 #include "action_mgr.h"
 #include "glyph_icon.h"
 #include "proxy_act.h"
+#include "shortcuts_page.h"
 
 #include <QCoreApplication>
 #include <QMainWindow>
@@ -22,6 +23,7 @@ const QString MenuTools = QStringLiteral("menu.tools");
 const QString MenuHelp = QStringLiteral("menu.help");
 const QString ToolBar = QStringLiteral("toolbar.main");
 
+const QString New = QStringLiteral("file.new");
 const QString Open = QStringLiteral("file.open");
 const QString Save = QStringLiteral("file.save");
 const QString SaveAs = QStringLiteral("file.save_as");
@@ -33,6 +35,9 @@ const QString Copy = QStringLiteral("edit.copy");
 const QString Paste = QStringLiteral("edit.paste");
 const QString SelectAll = QStringLiteral("edit.select_all");
 const QString Find = QStringLiteral("edit.find");
+const QString FindNext = QStringLiteral("edit.find_next");
+const QString FindPrevious = QStringLiteral("edit.find_previous");
+const QString Replace = QStringLiteral("edit.replace");
 const QString ZoomIn = QStringLiteral("view.zoom_in");
 const QString ZoomOut = QStringLiteral("view.zoom_out");
 const QString ActualSize = QStringLiteral("view.actual_size");
@@ -66,6 +71,9 @@ QList<Look> looks()
 {
     using namespace Ids;
     return {
+        {New, MenuFile, QT_TRANSLATE_NOOP("Actions", "&New"),
+            QT_TRANSLATE_NOOP("Actions", "Begin an empty text"), "document-new", QKeySequence::New,
+            false},
         {Open, MenuFile, QT_TRANSLATE_NOOP("Actions", "&Open..."),
             QT_TRANSLATE_NOOP("Actions", "Open files"), "document-open", QKeySequence::Open, false},
         {Save, MenuFile, QT_TRANSLATE_NOOP("Actions", "&Save"),
@@ -98,6 +106,15 @@ QList<Look> looks()
         {Find, MenuEdit, QT_TRANSLATE_NOOP("Actions", "&Find..."),
             QT_TRANSLATE_NOOP("Actions", "Find a text in the document"), "edit-find",
             QKeySequence::Find, true},
+        {FindNext, MenuEdit, QT_TRANSLATE_NOOP("Actions", "Find &Next"),
+            QT_TRANSLATE_NOOP("Actions", "Go to the next place where the text is found"), nullptr,
+            QKeySequence(QStringLiteral("F3")), false},
+        {FindPrevious, MenuEdit, QT_TRANSLATE_NOOP("Actions", "Find Pre&vious"),
+            QT_TRANSLATE_NOOP("Actions", "Go to the place before where the text is found"), nullptr,
+            QKeySequence(QStringLiteral("Shift+F3")), false},
+        {Replace, MenuEdit, QT_TRANSLATE_NOOP("Actions", "R&eplace..."),
+            QT_TRANSLATE_NOOP("Actions", "Find a text and put another in its place"), nullptr,
+            QKeySequence(QStringLiteral("Ctrl+H")), false},
         {ZoomIn, MenuView, QT_TRANSLATE_NOOP("Actions", "Zoom &In"),
             QT_TRANSLATE_NOOP("Actions", "Show the document larger"), "zoom-in",
             QKeySequence(QStringLiteral("Ctrl++")), true},
@@ -140,6 +157,15 @@ void createMenus(QMainWindow* window)
 
 } // namespace
 
+QStringList actionIds()
+{
+    QStringList ids;
+    const QList<Look> all = looks();
+    for (const Look& look : all)
+        ids.append(look.id);
+    return ids;
+}
+
 void createActions(QMainWindow* window)
 {
     createMenus(window);
@@ -166,4 +192,5 @@ void createActions(QMainWindow* window)
         }
         Zentu::ProxyActionManager::instance()->registerProxyAction(proxy, look.id);
     }
+    ShortcutsPage::restore(actionIds());
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <QString>
+#include <QStringList>
 
 class QMainWindow;
 
@@ -17,6 +17,7 @@ extern const QString MenuTools;
 extern const QString MenuHelp;
 extern const QString ToolBar;
 
+extern const QString New;
 extern const QString Open;
 extern const QString Save;
 extern const QString SaveAs;
@@ -28,6 +29,9 @@ extern const QString Copy;
 extern const QString Paste;
 extern const QString SelectAll;
 extern const QString Find;
+extern const QString FindNext;
+extern const QString FindPrevious;
+extern const QString Replace;
 extern const QString ZoomIn;
 extern const QString ZoomOut;
 extern const QString ActualSize;
@@ -37,6 +41,9 @@ extern const QString Fit;
 extern const QString WorkbenchContext;
 
 } // namespace Ids
+
+/// The identifiers of all proxy actions, in the order of the menus.
+QStringList actionIds();
 
 /// Creates the menus, the toolbar and the proxy actions in them, and registers them all.
 void createActions(QMainWindow* window);

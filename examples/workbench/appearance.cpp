@@ -61,6 +61,8 @@ public:
         const QWidget* widget) const override
     {
         QProxyStyle::drawControl(element, option, painter, widget);
+        if (element == CE_TabBarTabShape && option->state & State_Selected)
+            painter->fillRect(edgeOf(option), option->palette.color(QPalette::Highlight));
         if (element == CE_ShapedFrame && option->state & State_HasFocus
             && qobject_cast<const QAbstractItemView*>(widget)) {
             painter->setPen(option->palette.color(QPalette::Highlight));
@@ -86,6 +88,12 @@ public:
     }
 
 private:
+    // The tabs are below the documents.
+    static QRect edgeOf(const QStyleOption* tab)
+    {
+        return QRect(tab->rect.left(), tab->rect.bottom() - 3, tab->rect.width(), 3);
+    }
+
     static bool isDark(const QStyleOption* option)
     {
         return option->palette.color(QPalette::Window).lightness() < 128;

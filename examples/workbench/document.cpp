@@ -5,6 +5,7 @@
 #include "file_change_bar.h"
 
 #include <QDir>
+#include <QEvent>
 #include <QFileInfo>
 #include <QMenu>
 #include <QVBoxLayout>
@@ -12,7 +13,13 @@
 Document::Document(const QString& kind, const QString& path)
     : m_kind(kind)
 {
+    static int s_untitled = 0;
+    if (path.isEmpty())
+        m_untitled = tr("Untitled %1").arg(++s_untitled);
     setPath(path);
+    QAction* const closeOthers = systemMenu()->addAction(tr("Close O&thers"));
+    closeOthers->setObjectName(QStringLiteral("close_others"));
+    connect(closeOthers, &QAction::triggered, this, &Document::closeOthersRequested);
     // Ctrl+W belongs to the action in the file menu.
     const QList<QAction*> actions = systemMenu()->actions();
     for (QAction* action : actions)
@@ -35,7 +42,7 @@ void Document::setContent(QWidget* content)
 
 QString Document::name() const
 {
-    return QFileInfo(m_path).fileName();
+    return m_path.isEmpty() ? m_untitled : QFileInfo(m_path).fileName();
 }
 
 // The tab has room for a name; its tool tip, the window's title, tells the folder too.
@@ -47,6 +54,19 @@ void Document::setPath(const QString& path)
         QStringLiteral("%1 - %2[*]").arg(name(), QDir::toNativeSeparators(QFileInfo(path).path())));
     setShortTitle(name());
     Q_EMIT pathChanged(path, previous);
+}
+
+QSize Document::sizeHint() const
+{
+    return parentWidget() ? parentWidget()->size() * 2 / 3 : Zentu::IMdiSubWindow::sizeHint();
+}
+
+// The menu bar and the tab have a picture of the icon.
+void Document::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::PaletteChange)
+        setWindowIcon(windowIcon());
+    Zentu::IMdiSubWindow::changeEvent(event);
 }
 
 bool Document::onFileChanged()
@@ -62,5 +82,7 @@ void Document::onFileDeleted()
 
 void Document::tell(const QString& type) const
 {
-    Events::post(type, {{Events::Path, m_path}, {Events::Kind, m_kind}, {Events::Bytes, m_bytes}});
+    Events::post(type,
+        {{Events::Path, m_path.isEmpty() ? name() : m_path}, {Events::Kind, m_kind},
+            {Events::Bytes, m_bytes}});
 }

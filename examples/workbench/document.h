@@ -13,15 +13,18 @@ class Document : public Zentu::IMdiSubWindow
     Q_OBJECT
 
 public:
-    /// @p kind names the kind of document and the context in which its actions apply.
+    /// @p kind names the kind of document and the context in which its actions apply. A document
+    /// without a path has no file yet.
     Document(const QString& kind, const QString& path);
 
     QString kind() const { return m_kind; }
     QString path() const { return m_path; }
-    /// The last part of the path.
+    /// The last part of the path, or a name of its own.
     QString name() const;
     qint64 bytes() const { return m_bytes; }
     /// What is worth a place in the status bar.
+    /// Cascaded, as large as one can work in.
+    QSize sizeHint() const override;
     virtual QString status() const { return QString(); }
 
     virtual bool hasChanges() const { return false; }
@@ -42,8 +45,11 @@ Q_SIGNALS:
     /// The document shows another file than before.
     void pathChanged(const QString& path, const QString& previous);
     void statusChanged();
+    /// All other documents are to be closed.
+    void closeOthersRequested();
 
 protected:
+    void changeEvent(QEvent* event) override;
     /// Shows @p content, with the bar for changes of the file above it.
     void setContent(QWidget* content);
     FileChangeBar* changeBar() const { return m_changeBar; }
@@ -53,6 +59,7 @@ protected:
 private:
     QString m_kind;
     QString m_path;
+    QString m_untitled;
     qint64 m_bytes = 0;
     FileChangeBar* m_changeBar = nullptr;
 };

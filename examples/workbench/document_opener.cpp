@@ -48,6 +48,11 @@ void DocumentOpener::open(const QStringList& paths)
         openOne(QDir::cleanPath(QFileInfo(path).absoluteFilePath()));
 }
 
+void DocumentOpener::openNew()
+{
+    openOne(QString());
+}
+
 void DocumentOpener::openOne(const QString& path)
 {
     if (Document* const shown = m_documents.value(path)) {
@@ -86,7 +91,8 @@ Document* DocumentOpener::create(const QString& path, QString* error) const
 
 void DocumentOpener::remember(Document* document)
 {
-    m_documents.insert(document->path(), document);
+    if (!document->path().isEmpty())
+        m_documents.insert(document->path(), document);
     connect(document, &Document::pathChanged, this,
         [this, document](const QString& path, const QString& previous) {
             m_documents.remove(previous);

@@ -22,6 +22,9 @@ public:
     /// opened is told to the bus, and the others are opened all the same.
     void open(const QStringList& paths);
 
+    /// Begins a document that has no file yet.
+    void openNew();
+
     /// Opens one path with the opener of this process.
     static void openPath(const QString& path);
 

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "file_change_bar.h"
 
-#include <QHBoxLayout>
+#include "wrap_layout.h"
+
 #include <QLabel>
 #include <QPushButton>
 
@@ -23,9 +24,9 @@ FileChangeBar::FileChangeBar(QWidget* parent)
     auto* keep = new QPushButton(tr("&Keep Mine"), this);
     keep->setObjectName(QStringLiteral("file_change_keep"));
 
-    auto* layout = new QHBoxLayout(this);
-    layout->setContentsMargins(8, 4, 8, 4);
-    layout->addWidget(m_text, 1);
+    auto* layout = new WrapLayout(this);
+    m_text->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+    layout->addWidget(m_text);
     layout->addWidget(m_difference);
     layout->addWidget(keep);
     layout->addWidget(m_reload);

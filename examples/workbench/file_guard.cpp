@@ -23,8 +23,10 @@ FileGuard::FileGuard(QObject* parent)
 
 void FileGuard::add(Document* document)
 {
-    m_documents.insert(document->path(), document);
-    watch(document->path());
+    if (!document->path().isEmpty()) {
+        m_documents.insert(document->path(), document);
+        watch(document->path());
+    }
     connect(document, &Document::pathChanged, this,
         [this, document](const QString& path, const QString& previous) {
             unwatch(previous);

@@ -1,13 +1,18 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QRegularExpression>
 #include <QWidget>
 
+class QCheckBox;
 class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
+class QPushButton;
+class QTextCursor;
 
-/// Finds a text in an editor, forwards and backwards, starting over at its end.
+/// Finds a text in an editor while it is typed, forwards and backwards, starting over at its end,
+/// and replaces it.
 class FindBar : public QWidget
 {
     Q_OBJECT
@@ -16,16 +21,30 @@ public:
     FindBar(QPlainTextEdit* editor, QWidget* parent);
 
     /// Shows the bar, with the editor's selection as the text to find.
-    void open();
+    void open(bool withReplace);
+    /// Goes to the next or the previous hit; asks for a text if there is none.
+    void find(bool backwards);
 
 protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    void find(bool backwards);
+    QPushButton* addButton(const QString& text, const char* name);
+    QRegularExpression expression() const;
+    void findTyped();
+    void findFrom(const QTextCursor& start, bool backwards);
+    bool isHit(const QTextCursor& cursor) const;
+    void showResult();
+    void replace();
+    void replaceAll();
     void close();
 
     QPlainTextEdit* m_editor;
     QLineEdit* m_text;
+    QLineEdit* m_replacement;
     QLabel* m_result;
+    QCheckBox* m_case;
+    QCheckBox* m_words;
+    QPushButton* m_replace;
+    QPushButton* m_replaceAll;
 };

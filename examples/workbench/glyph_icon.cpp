@@ -16,6 +16,9 @@ namespace {
 const QHash<QString, QString>& drawings()
 {
     static const QHash<QString, QString> all = {
+        {QStringLiteral("document-new"),
+            QStringLiteral("M 3 1 L 10 1 L 13 4 L 13 15 L 3 15 L 3 1 M 10 1 L 10 4 L 13 4 "
+                           "M 8 7 L 8 12 M 5.5 9.5 L 10.5 9.5")},
         {QStringLiteral("document-open"),
             QStringLiteral(
                 "M 2 13 L 2 3 L 6 3 L 8 5 L 13 5 L 13 7 M 2 13 L 4 7 L 15 7 L 13 13 L 2 13")},

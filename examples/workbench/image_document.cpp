@@ -95,14 +95,19 @@ ImageDocument::ImageDocument(const QString& path, const QPixmap& picture)
     setContent(m_area);
     setWindowIcon(glyphIcon(QStringLiteral("image-x-generic")));
     setBytes(QFileInfo(path).size());
-    m_fitted = Settings::instance()->fitImages();
+    m_fittedByDefault = Settings::instance()->fitImages();
+    m_fitted = m_fittedByDefault;
     update();
     connect(Settings::instance(), &Settings::changed, this, &ImageDocument::applySettings);
 }
 
 void ImageDocument::applySettings()
 {
-    setFitted(Settings::instance()->fitImages());
+    // A zoom of one's own stays, whatever else is set.
+    const bool fitted = Settings::instance()->fitImages();
+    if (fitted != m_fittedByDefault)
+        m_fitted = fitted;
+    m_fittedByDefault = fitted;
     update();
 }
 

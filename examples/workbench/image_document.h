@@ -49,5 +49,6 @@ private:
     PictureView* m_view;
     double m_zoom = 1;
     bool m_fitted = false;
+    bool m_fittedByDefault = false;
     QPoint m_dragged;
 };

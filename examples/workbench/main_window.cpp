@@ -7,14 +7,15 @@
 #include "document.h"
 #include "document_actions.h"
 #include "document_factory.h"
+#include "empty_page.h"
 #include "event_log.h"
+#include "find_action.h"
 #include "glyph_icon.h"
 #include "lambda_slot.h"
 #include "mdi_area.h"
 #include "notice_bar.h"
 #include "object_pool.h"
-#include "option_dlg.h"
-#include "preference_pages.h"
+#include "preferences_dialog.h"
 #include "proxy_act.h"
 #include "recent_files.h"
 #include "status_reporter.h"
@@ -43,10 +44,10 @@ MainWindow::MainWindow()
     , m_guard(this)
 {
     setObjectName(QStringLiteral("main_window"));
-    setWindowTitle(tr("Workbench"));
     setWindowIcon(glyphIcon(QStringLiteral("workbench")));
     setAcceptDrops(true);
     createCentre();
+    updateTitle();
     createActions(this);
     DocumentKind::publishAll(this);
     fillMenus();
@@ -85,16 +86,14 @@ void MainWindow::createCentre()
     layout->addWidget(new NoticeBar(centre));
 
     m_centre = new QStackedWidget(centre);
-    auto* hint = new QLabel(
-        tr("No document is open.\n\nOpen files with Ctrl+O, or drop them here."), m_centre);
-    hint->setObjectName(QStringLiteral("empty_hint"));
-    hint->setAlignment(Qt::AlignCenter);
-    hint->setForegroundRole(QPalette::PlaceholderText);
-    hint->setWordWrap(true);
+    m_empty = new EmptyPage(m_centre);
+    m_empty->showRecentFiles(RecentFiles::files());
+    const auto openChosen = [this](const QString& path) { m_opener.open({path}); };
+    connect(m_empty, &EmptyPage::chosen, this, openChosen);
     m_area = new Zentu::MdiArea(m_centre);
     m_area->setObjectName(QStringLiteral("documents"));
     m_area->setAccessibleName(tr("Documents"));
-    m_centre->addWidget(hint);
+    m_centre->addWidget(m_empty);
     m_centre->addWidget(m_area);
     layout->addWidget(m_centre, 1);
     setCentralWidget(centre);
@@ -105,15 +104,18 @@ void MainWindow::fillMenus()
     auto* registry = Zentu::ActionManager::instance();
     // Opening files works whatever the document, in the context that is always there.
     auto* always = new DocumentActions(Ids::WorkbenchContext, this);
+    always->add(Ids::New, [this] { m_opener.openNew(); })->setEnabled(true);
     always->add(Ids::Open, [this] { chooseFiles(); })->setEnabled(true);
 
     QMenu* const file = registry->getMenu(Ids::MenuFile);
     auto* recentMenu = new QMenu(tr("Open &Recent"), file);
     recentMenu->setObjectName(QStringLiteral("menu.recent"));
-    file->insertMenu(file->actions().at(1), recentMenu);
+    file->insertMenu(file->actions().at(2), recentMenu);
     auto* recent = new RecentFiles(recentMenu, this);
     connect(
         recent, &RecentFiles::chosen, this, [this](const QString& path) { m_opener.open({path}); });
+
+    connect(recent, &RecentFiles::changed, m_empty, &EmptyPage::showRecentFiles);
 
     const auto add = [](QMenu* menu, const QString& text, const QString& name,
                          const std::function<void()>& reaction,
@@ -146,6 +148,12 @@ void MainWindow::fillMenus()
         [this] { m_area->cascadeSubWindows(); });
     add(window, tr("&Tile"), QStringLiteral("window.tile"), [this] { m_area->tileSubWindows(); });
 
+    add(
+        registry->getMenu(Ids::MenuTools), tr("&Find Action..."),
+        QStringLiteral("tools.find_action"),
+        [this] { FindActionDialog(Ids::MenuBar, this).exec(); },
+        QKeySequence(QStringLiteral("Ctrl+Shift+P")));
+
     add(registry->getMenu(Ids::MenuHelp), tr("&About"), QStringLiteral("help.about"), [this] {
         QMessageBox::about(this, tr("About the Workbench"),
             tr("<p><b>Workbench 1.0</b></p>"
@@ -165,8 +173,30 @@ void MainWindow::showDocument(Document* document)
     // The area goes out of sight with its last document, which is deleted later.
     connect(document, &QObject::destroyed, this, &MainWindow::updateCentre, Qt::QueuedConnection);
     connect(document, &Document::statusChanged, this, &MainWindow::updateStatus);
+    connect(document, &Document::statusChanged, this, &MainWindow::updateTitle);
+    connect(document, &QWidget::windowTitleChanged, this, &MainWindow::updateTitle);
     m_centre->setCurrentWidget(m_area);
     m_area->addWindow(document);
+}
+
+// The file first, whether its window is maximized or not.
+void MainWindow::updateTitle()
+{
+    const auto* document = qobject_cast<Document*>(m_area->currentSubWindow());
+    const QString program = tr("Workbench");
+    const QString title =
+        document ? document->windowTitle() + QStringLiteral(" - ") + program : program;
+    if (title != windowTitle())
+        setWindowTitle(title);
+    setWindowModified(document && document->hasChanges());
+}
+
+// A maximized document puts its title behind ours.
+void MainWindow::changeEvent(QEvent* event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::WindowTitleChange)
+        updateTitle();
 }
 
 void MainWindow::updateStatus()
@@ -186,18 +216,25 @@ void MainWindow::onCurrentDocumentChanged(Zentu::IMdiSubWindow* current)
     auto* document = qobject_cast<Document*>(current);
     const QString kind = document ? document->kind() : QString();
     const QList<QObject*> published = Zentu::ObjectPool::instance()->allObjects();
-    for (QObject* object : published) {
-        if (auto* factory = qobject_cast<DocumentFactory*>(object))
-            factory->setCurrent(factory->kind() == kind ? document : nullptr);
-    }
+    const auto direct = [&](bool isCurrent) {
+        for (QObject* object : published) {
+            auto* factory = qobject_cast<DocumentFactory*>(object);
+            if (factory && (factory->kind() == kind) == isCurrent)
+                factory->setCurrent(isCurrent ? document : nullptr);
+        }
+    };
+    // What both kinds have stays enabled all the time: the new context comes before the old one
+    // goes.
+    auto* contexts = Zentu::ContextManager::instance();
+    const QString left = std::exchange(m_kind, kind);
+    direct(true);
+    if (kind != left && !kind.isEmpty())
+        contexts->addContext(kind);
+    if (kind != left && !left.isEmpty())
+        contexts->removeContext(left);
+    direct(false);
     updateStatus();
-    if (kind == m_kind)
-        return;
-    if (!m_kind.isEmpty())
-        Zentu::ContextManager::instance()->removeContext(m_kind);
-    if (!kind.isEmpty())
-        Zentu::ContextManager::instance()->addContext(kind);
-    m_kind = kind;
+    updateTitle();
 }
 
 void MainWindow::chooseFiles()
@@ -207,14 +244,7 @@ void MainWindow::chooseFiles()
 
 void MainWindow::showPreferences()
 {
-    const auto pages = preferencePages();
-    QList<Zentu::IOptionPage*> list;
-    for (const auto& page : pages)
-        list.append(page.get());
-    Zentu::OptionDialog dialog(list, this);
-    dialog.setObjectName(QStringLiteral("preferences"));
-    dialog.setWindowTitle(tr("Preferences"));
-    dialog.exec();
+    PreferencesDialog(this).exec();
 }
 
 void MainWindow::restore()

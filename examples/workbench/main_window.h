@@ -10,6 +10,7 @@
 #include <memory>
 
 class Document;
+class EmptyPage;
 class NoticeBar;
 class QLabel;
 class QStackedWidget;
@@ -32,6 +33,7 @@ public:
     void open(const QStringList& files);
 
 protected:
+    void changeEvent(QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dropEvent(QDropEvent* event) override;
@@ -44,12 +46,14 @@ private:
     QList<Document*> documents() const;
     void updateCentre();
     void updateStatus();
+    void updateTitle();
     void chooseFiles();
     void showPreferences();
     void restore();
 
     Zentu::MdiArea* m_area = nullptr;
     QStackedWidget* m_centre = nullptr;
+    EmptyPage* m_empty = nullptr;
     QLabel* m_status = nullptr;
     std::unique_ptr<StatusReporter> m_statusReporter;
     DocumentOpener m_opener;

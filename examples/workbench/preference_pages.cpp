@@ -43,6 +43,8 @@ public:
     {
     }
 
+    QStringList texts() const override { return {tr("&Family:"), tr("&Size:")}; }
+
     void apply() override
     {
         QFont font = m_family->currentFont();
@@ -62,8 +64,8 @@ protected:
         m_size->setRange(5, 72);
         m_size->setSuffix(tr(" pt"));
         m_size->setValue(font.pointSize());
-        form->addRow(tr("&Family:"), m_family);
-        form->addRow(tr("&Size:"), m_size);
+        form->addRow(texts().at(0), m_family);
+        form->addRow(texts().at(1), m_size);
     }
 
 private:
@@ -80,6 +82,11 @@ public:
     {
     }
 
+    QStringList texts() const override
+    {
+        return {tr("&Appearance:"), tr("Like the desktop"), tr("Light"), tr("Dark")};
+    }
+
     void apply() override
     {
         settings()->setAppearance(static_cast<Settings::Appearance>(m_appearance->currentIndex()));
@@ -90,9 +97,9 @@ protected:
     {
         m_appearance = new QComboBox;
         m_appearance->setObjectName(QStringLiteral("appearance"));
-        m_appearance->addItems({tr("Like the desktop"), tr("Light"), tr("Dark")});
+        m_appearance->addItems(texts().mid(1));
         m_appearance->setCurrentIndex(static_cast<int>(settings()->appearance()));
-        form->addRow(tr("&Appearance:"), m_appearance);
+        form->addRow(texts().at(0), m_appearance);
     }
 
 private:
@@ -108,6 +115,11 @@ public:
     {
     }
 
+    QStringList texts() const override
+    {
+        return {tr("&Fit large pictures into the window"), tr("&Smooth pictures that are scaled")};
+    }
+
     void apply() override
     {
         settings()->setFitImages(m_fit->isChecked());
@@ -117,10 +129,8 @@ public:
 protected:
     void fill(QFormLayout* form) override
     {
-        m_fit = addCheckBox(
-            form, tr("&Fit large pictures into the window"), settings()->fitImages(), "fit_images");
-        m_smooth = addCheckBox(form, tr("&Smooth pictures that are scaled"),
-            settings()->smoothImages(), "smooth_images");
+        m_fit = addCheckBox(form, texts().at(0), settings()->fitImages(), "fit_images");
+        m_smooth = addCheckBox(form, texts().at(1), settings()->smoothImages(), "smooth_images");
     }
 
 private:
@@ -137,6 +147,12 @@ public:
     {
     }
 
+    QStringList texts() const override
+    {
+        return {tr("&Notice when open files change on disk"),
+            tr("&Reload texts that have no changes of their own")};
+    }
+
     void apply() override
     {
         settings()->setWatchFiles(m_watch->isChecked());
@@ -146,10 +162,9 @@ public:
 protected:
     void fill(QFormLayout* form) override
     {
-        m_watch = addCheckBox(form, tr("&Notice when open files change on disk"),
-            settings()->watchFiles(), "watch_files");
-        m_reload = addCheckBox(form, tr("&Reload texts that have no changes of their own"),
-            settings()->reloadUnmodified(), "reload_unmodified");
+        m_watch = addCheckBox(form, texts().at(0), settings()->watchFiles(), "watch_files");
+        m_reload =
+            addCheckBox(form, texts().at(1), settings()->reloadUnmodified(), "reload_unmodified");
     }
 
 private:

@@ -25,6 +25,9 @@ public:
     void initialize() override;
     void finalize() override { }
 
+    /// What stands on the page, in the order of its rows; known without loading it.
+    virtual QStringList texts() const = 0;
+
 protected:
     /// Adds the editors, showing the settings of the moment.
     virtual void fill(QFormLayout* form) = 0;

@@ -18,7 +18,12 @@ RecentFiles::RecentFiles(QMenu* menu, QObject* parent)
 {
     subscribe(Events::DocumentOpened);
     connect(m_menu, &QMenu::triggered, this, &RecentFiles::onTriggered);
-    fillMenu(QSettings().value(Key).toStringList());
+    fillMenu(files());
+}
+
+QStringList RecentFiles::files()
+{
+    return QSettings().value(Key).toStringList();
 }
 
 void RecentFiles::handleEvent(Zentu::IEvent* event)
@@ -26,7 +31,7 @@ void RecentFiles::handleEvent(Zentu::IEvent* event)
     const QString path = event->data().value(Events::Path).toString();
     if (!QFileInfo(path).isFile())
         return;
-    QStringList files = QSettings().value(Key).toStringList();
+    QStringList files = RecentFiles::files();
     files.removeAll(path);
     files.prepend(path);
     setFiles(files.mid(0, MostFiles));
@@ -36,6 +41,7 @@ void RecentFiles::setFiles(const QStringList& files)
 {
     QSettings().setValue(Key, files);
     fillMenu(files);
+    Q_EMIT changed(files);
 }
 
 void RecentFiles::fillMenu(const QStringList& files)

@@ -17,9 +17,13 @@ class RecentFiles : public QObject, public Zentu::IEventHandler
 public:
     RecentFiles(QMenu* menu, QObject* parent);
 
+    static QStringList files();
+
     void handleEvent(Zentu::IEvent* event) override;
 
 Q_SIGNALS:
+    /// There are other files than before.
+    void changed(const QStringList& files);
     void chosen(const QString& path);
 
 private:

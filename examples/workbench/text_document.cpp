@@ -28,6 +28,11 @@ TextDocument* TextDocument::open(const QString& path, QString* error)
     return file.read(path, &text, error) ? new TextDocument(path, file, text) : nullptr;
 }
 
+TextDocument* TextDocument::create(const QString& path)
+{
+    return new TextDocument(path, TextFile(), QString());
+}
+
 TextDocument::TextDocument(const QString& path, const TextFile& file, const QString& text)
     : Document(Kind, path)
     , m_file(file)
@@ -64,6 +69,7 @@ void TextDocument::markModified(bool modified)
 {
     setWindowModified(modified);
     setShortTitle(modified ? name() + QLatin1Char('*') : name());
+    Q_EMIT statusChanged();
 }
 
 void TextDocument::applySettings()
@@ -83,11 +89,6 @@ void TextDocument::zoom(int steps)
 void TextDocument::setWordWrap(bool wrap)
 {
     m_editor->setLineWrapMode(wrap ? QPlainTextEdit::WidgetWidth : QPlainTextEdit::NoWrap);
-}
-
-void TextDocument::find()
-{
-    m_findBar->open();
 }
 
 QString TextDocument::text() const
@@ -116,14 +117,14 @@ void TextDocument::dropChanges()
 
 bool TextDocument::save()
 {
-    return mayOverwrite() && saveTo(path());
+    return path().isEmpty() ? saveAs() : mayOverwrite() && saveTo(path());
 }
 
-void TextDocument::saveAs()
+bool TextDocument::saveAs()
 {
-    const QString chosen = QFileDialog::getSaveFileName(this, tr("Save As"), path());
-    if (!chosen.isEmpty())
-        saveTo(chosen);
+    const QString chosen =
+        QFileDialog::getSaveFileName(this, tr("Save As"), path().isEmpty() ? name() : path());
+    return !chosen.isEmpty() && saveTo(chosen);
 }
 
 bool TextDocument::saveTo(const QString& path)

@@ -18,14 +18,17 @@ public:
     /// Reads a file; null and the reason if it cannot be read or is no text.
     static TextDocument* open(const QString& path, QString* error);
 
+    /// An empty text; without a path, saving asks for one.
+    static TextDocument* create(const QString& path);
+
     QPlainTextEdit* editor() const { return m_editor; }
     QString status() const override;
 
     bool hasChanges() const override;
     bool save() override;
     void dropChanges() override;
-    void saveAs();
-    void find();
+    bool saveAs();
+    FindBar* findBar() const { return m_findBar; }
     void setWordWrap(bool wrap);
     void zoom(int steps);
 

@@ -5,10 +5,12 @@
 #include "actions.h"
 #include "document_actions.h"
 #include "document_factory.h"
+#include "find_bar.h"
 #include "text_document.h"
 
 #include <QApplication>
 #include <QClipboard>
+#include <QDir>
 #include <QFileInfo>
 #include <QPlainTextEdit>
 #include <QPointer>
@@ -41,7 +43,10 @@ public:
         m_always = {m_selectAll, m_wrap,
             m_actions.add(Ids::SaveAs, [this] { m_current->saveAs(); }),
             m_actions.add(Ids::Close, [this] { m_current->close(); }),
-            m_actions.add(Ids::Find, [this] { m_current->find(); }),
+            m_actions.add(Ids::Find, [this] { m_current->findBar()->open(false); }),
+            m_actions.add(Ids::Replace, [this] { m_current->findBar()->open(true); }),
+            m_actions.add(Ids::FindNext, [this] { m_current->findBar()->find(false); }),
+            m_actions.add(Ids::FindPrevious, [this] { m_current->findBar()->find(true); }),
             m_actions.add(Ids::ZoomIn, [this] { m_current->zoom(1); }),
             m_actions.add(Ids::ZoomOut, [this] { m_current->zoom(-1); }),
             m_actions.add(Ids::ActualSize, [this] { m_current->zoom(0); })};
@@ -50,12 +55,17 @@ public:
 
     QString kind() const override { return TextDocument::Kind; }
 
-    // Any file may be a text; opening it tells.
-    int rank(const QString& path) const override { return QFileInfo(path).isFile() ? 1 : 0; }
+    // Any file may be a text; opening it tells. What is not there yet begins as one.
+    int rank(const QString& path) const override
+    {
+        const QFileInfo info(path);
+        return info.isFile() || isNew(info) ? 1 : 0;
+    }
 
     Document* open(const QString& path, QString* error) const override
     {
-        return TextDocument::open(path, error);
+        return isNew(QFileInfo(path)) ? TextDocument::create(path)
+                                      : TextDocument::open(path, error);
     }
 
     void setCurrent(Document* document) override
@@ -77,6 +87,11 @@ public:
     }
 
 private:
+    static bool isNew(const QFileInfo& info)
+    {
+        return info.filePath().isEmpty() || (!info.exists() && info.dir().exists());
+    }
+
     void update()
     {
         const QPlainTextEdit* const editor = m_current ? m_current->editor() : nullptr;

@@ -90,6 +90,8 @@ private:
             if (matches(line))
                 m_lines->appendPlainText(line);
         }
+        // The newest line, from its beginning.
+        m_lines->moveCursor(QTextCursor::StartOfBlock);
     }
 
     QPlainTextEdit* m_lines;

@@ -52,10 +52,12 @@ private:
     void showCount()
     {
         int words = 0;
+        int files = 0;
         for (const QString& path : qAsConst(m_paths)) {
             QFile file(path);
             if (!file.open(QIODevice::ReadOnly))
                 continue;
+            ++files;
             QTextStream stream(&file);
             QString word;
             while (!stream.atEnd()) {
@@ -64,8 +66,7 @@ private:
             }
         }
         QMessageBox::information(nullptr, tr("Count Words"),
-            tr("%1 words in %n saved text file(s).", nullptr, static_cast<int>(m_paths.size()))
-                .arg(words));
+            tr("%1 words in %n saved text file(s).", nullptr, files).arg(words));
     }
 
     QAction* m_action;

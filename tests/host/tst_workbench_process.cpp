@@ -221,13 +221,13 @@ void WorkbenchProcessTest::filesThatCannotBeOpenedAreNamed()
     const QString broken = QStringLiteral("/proc/self/mem");
     const Result result =
         run({QStringLiteral("--trace"), path("trace"), QStringLiteral("--snapshot"), path("a.png"),
-            path("missing"), bad, m_folder->path(), huge, broken, good});
+            path("no/such/file"), bad, m_folder->path(), huge, broken, good});
     QCOMPARE(result.exitCode, 0);
     const QStringList lines = result.error.split(QLatin1Char('\n'));
     const auto failure = [](const QString& path, const char* reason) {
         return path + QLatin1String(" could not be opened: ") + QLatin1String(reason);
     };
-    QVERIFY(lines.contains(failure(path("missing"), "there is no such file")));
+    QVERIFY(lines.contains(failure(path("no/such/file"), "there is no such file")));
     QVERIFY(lines.contains(failure(bad, "not a text in UTF-8")));
     QVERIFY(lines.contains(failure(m_folder->path(), "it is a folder")));
     QVERIFY(lines.contains(failure(huge, "a picture of 30000 by 30000 pixels is too large")));

@@ -73,11 +73,14 @@ void WorkbenchFixture::whenAsked(const std::function<void(QWidget* dialog)>& rea
 {
     auto* timer = new QTimer(qApp);
     QObject::connect(timer, &QTimer::timeout, qApp, [timer, reaction] {
-        if (QWidget* const dialog = QApplication::activeModalWidget()) {
-            timer->deleteLater();
-            timer->stop();
-            reaction(dialog);
-        }
+        QWidget* const dialog = QApplication::activeModalWidget();
+        if (!dialog || !dialog->isActiveWindow())
+            return;
+        // The timer may be deleted, with this function, by an event loop in the reaction.
+        const std::function<void(QWidget*)> react = reaction;
+        timer->stop();
+        timer->deleteLater();
+        react(dialog);
     });
     timer->start(10);
 }
