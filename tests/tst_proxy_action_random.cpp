@@ -6,8 +6,10 @@
 
 #include "proxy_model.h"
 #include "recorder.h"
+#include "story.h"
 
 #include <QRandomGenerator>
+#include <QScopedValueRollback>
 #include <QTest>
 
 #include <memory>
@@ -33,6 +35,20 @@ public:
             m_actions.push_back(std::make_unique<QAction>());
     }
 
+    // Whoever is told by the proxy goes on at once: switches, removes and deletes what is active.
+    void letListenersCallBack()
+    {
+        m_listenersCallBack = true;
+        const auto callBack = [this] {
+            if (m_depth == 0 || m_depth > 3 || m_random.bounded(6) != 0)
+                return;
+            const QScopedValueRollback<int> deeper(m_depth, m_depth + 1);
+            change(m_random.bounded(5));
+        };
+        QObject::connect(&m_proxy, &QAction::changed, &m_proxy, callBack);
+        QObject::connect(&m_proxy, &QAction::toggled, &m_proxy, callBack);
+    }
+
     ~World()
     {
         // Registrations that are not watched must go before their actions do.
@@ -44,40 +60,45 @@ public:
 
     void step()
     {
-        switch (m_random.bounded(12)) {
-        case 0:
-        case 1:
-            registerAction();
-            break;
-        case 2:
+        const int what = m_random.bounded(12);
+        if (what == 0) {
             removeByAction();
-            break;
-        case 3:
-            removeByContext();
-            break;
-        case 4:
-        case 5:
-            setContexts();
-            break;
-        case 6:
-        case 7:
-        case 8:
-            edit(anyAction());
-            break;
-        case 9:
-            edit(m_proxy.defaultProp());
-            break;
-        case 10:
+        } else if (what == 1) {
             trigger();
-            break;
-        default:
-            replaceAction();
-            break;
+        } else {
+            const QScopedValueRollback<int> deeper(m_depth, m_depth + 1);
+            if (what < 5)
+                edit(anyAction());
+            else
+                change(what < 7 ? 0 : what - 7);
         }
         compare();
     }
 
 private:
+    // What can happen while the proxy copies properties. The backend is not edited there: it is not
+    // connected yet.
+    void change(int what)
+    {
+        switch (what) {
+        case 0:
+            registerAction();
+            break;
+        case 1:
+            removeByContext();
+            break;
+        case 2:
+            setContexts();
+            break;
+        case 3:
+            edit(m_proxy.defaultProp());
+            break;
+        default:
+            replaceAction();
+            break;
+        }
+    }
+
     QString anyContext() { return Contexts.at(m_random.bounded(Contexts.size())); }
     QAction* anyAction() { return m_actions[anyIndex()].get(); }
     std::size_t anyIndex()
@@ -191,6 +212,9 @@ private:
         const auto registered = m_model.backends.keys(dying).size();
         if (registered > 0 && m_watches.value(dying).size() != registered)
             return;
+        // Of several registrations one leaves after the other, and listeners see it in between.
+        if (registered > 1 && m_listenersCallBack)
+            return;
         for (const QString& context : m_model.backends.keys(dying))
             m_model.backends.remove(context);
         m_watches.remove(dying);
@@ -234,6 +258,8 @@ private:
     /// The registrations of each action that the proxy still watches.
     QHash<QAction*, QStringList> m_watches;
     int m_edits = 0;
+    int m_depth = 0;
+    bool m_listenersCallBack = false;
 };
 
 } // namespace
@@ -243,25 +269,25 @@ class ProxyActionRandomTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void showsWhatTheModelShows_data();
+    void showsWhatTheModelShows_data() { addSeeds(20); }
     void showsWhatTheModelShows();
+    void showsItWhateverListenersDo_data() { addSeeds(20); }
+    void showsItWhateverListenersDo();
 };
-
-void ProxyActionRandomTest::showsWhatTheModelShows_data()
-{
-    QTest::addColumn<quint32>("seed");
-    if (qEnvironmentVariableIsSet("ZENTU_TEST_SEED")) {
-        QTest::newRow("given") << qEnvironmentVariable("ZENTU_TEST_SEED").toUInt();
-        return;
-    }
-    for (quint32 seed = 1; seed <= 20; ++seed)
-        QTest::addRow("seed %u", seed) << seed;
-}
 
 void ProxyActionRandomTest::showsWhatTheModelShows()
 {
     QFETCH(quint32, seed);
     World world(seed);
+    for (int i = 0; i < 1000 && !QTest::currentTestFailed(); ++i)
+        world.step();
+}
+
+void ProxyActionRandomTest::showsItWhateverListenersDo()
+{
+    QFETCH(quint32, seed);
+    World world(seed);
+    world.letListenersCallBack();
     for (int i = 0; i < 1000 && !QTest::currentTestFailed(); ++i)
         world.step();
 }
