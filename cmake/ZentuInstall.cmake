@@ -110,3 +110,10 @@ if(TARGET zentu-workbench)
   zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-workbench.1" zentu-workbench.1.gz
     "${CMAKE_INSTALL_MANDIR}/man1" workbench)
 endif()
+if(TARGET zentu-trace)
+  install(TARGETS zentu-trace RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
+  install(FILES inspect/trace/completion.bash RENAME zentu-trace
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
+  zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-trace.1" zentu-trace.1.gz
+    "${CMAKE_INSTALL_MANDIR}/man1" tools)
+endif()

@@ -11,6 +11,9 @@ set(CPACK_COMPONENTS_ALL runtime development)
 if(TARGET zentu-workbench)
   list(APPEND CPACK_COMPONENTS_ALL workbench)
 endif()
+if(TARGET zentu-trace)
+  list(APPEND CPACK_COMPONENTS_ALL tools)
+endif()
 
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -28,6 +31,9 @@ set(CPACK_DEBIAN_WORKBENCH_PACKAGE_NAME zentu-workbench)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_SECTION editors)
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS libqt5svg5)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zentukit-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
 set(services "Event bus, context-sensitive actions, documents with tabs, preferences,\n\
 command line, object pool and file watcher for desktop programs.\n")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "application framework on Qt widgets\n${services}\
@@ -39,6 +45,10 @@ file for Qt Assistant, and zentu-new-host, which begins a program.")
 set(CPACK_COMPONENT_WORKBENCH_DESCRIPTION "viewer and editor of texts and images\n\
 Shows text and image files in one window, with a tab each, and sees them\n\
 change on disk. It is made of every part of the library ZentuKit.")
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tools for programs on ZentuKit\n\
+zentu-trace tells from what a program traced why an action is grey, who\n\
+hears an event and what was never let go. The inspector tells the same of\n\
+a running program.")
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 
 # What Debian asks of each package. Its own change log only leads to ours.

@@ -189,6 +189,8 @@ void ProgramTest::whatASwitchCosts()
         "QAction(0x2 text=\"T\") set context (\"b\") ",
         "QAction(0x2 text=\"T\") change active backend action to QAction(0xc text=\"\") ",
         "QAction(0x3 text=\"U\") set context (\"b\") ",
+        "QAction(0x2 text=\"T\") backend action destroyed QObject(0xc) ",
+        "QAction(0x2 text=\"T\") change active backend action to QAction(0x00) ",
         "Zentu::ContextManager(0x9) remove context \"b\" ",
     });
     QCOMPARE(program.switchCount(), 2);

@@ -368,7 +368,8 @@ void Program::setActive(Proxy& proxy, Address backend)
 {
     const Address before = proxy.active.value_or(0);
     proxy.active = backend;
-    if (!m_switches.empty()) {
+    // What a backend's coming or going does is none of the contexts' doing.
+    if (!m_switches.empty() && m_cause.line == m_switches.back().at.line) {
         Switch& current = m_switches.back();
         ++(before == 0 ? current.came : backend == 0 ? current.gone : current.changed);
     }
