@@ -22,7 +22,8 @@ public:
     virtual int rank(const QString& path) const = 0;
     /// The document, or null and the reason.
     virtual Document* open(const QString& path, QString* error) const = 0;
-    /// The kind's actions apply to this document from now on, or to none.
+    /// The kind's actions apply to this document from now on, or to none. Its context comes and
+    /// goes with that.
     virtual void setCurrent(Document* document) = 0;
 };
 

@@ -5,6 +5,7 @@
 #include "document_factory.h"
 #include "events.h"
 #include "object_pool.h"
+#include "settings.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -28,8 +29,11 @@ static DocumentFactory* factoryFor(const QString& path)
 
 DocumentOpener::DocumentOpener(QObject* parent)
     : QObject(parent)
+    , m_reloader([this](const QString& path) { onFileChanged(path); })
+    , m_watching(Settings::instance()->watchFiles())
 {
     s_instance = this;
+    connect(Settings::instance(), &Settings::changed, this, &DocumentOpener::applySettings);
 }
 
 DocumentOpener::~DocumentOpener()
@@ -91,15 +95,56 @@ Document* DocumentOpener::create(const QString& path, QString* error) const
 
 void DocumentOpener::remember(Document* document)
 {
-    if (!document->path().isEmpty())
-        m_documents.insert(document->path(), document);
+    const auto add = [this, document](const QString& path) {
+        if (path.isEmpty())
+            return;
+        m_documents.insert(path, document);
+        watch(path);
+    };
+    const auto remove = [this](const QString& path) {
+        m_documents.remove(path);
+        m_reloader.remove(path);
+    };
+    add(document->path());
     connect(document, &Document::pathChanged, this,
-        [this, document](const QString& path, const QString& previous) {
-            m_documents.remove(previous);
-            m_documents.insert(path, document);
+        [add, remove](const QString& path, const QString& previous) {
+            remove(previous);
+            add(path);
         });
-    connect(document, &Document::closed, this, [this, document] {
-        m_documents.remove(document->path());
+    connect(document, &Document::closed, this, [document, remove] {
+        remove(document->path());
         document->tell(Events::DocumentClosed);
     });
+}
+
+void DocumentOpener::watch(const QString& path)
+{
+    if (m_watching)
+        m_reloader.add(path);
+}
+
+void DocumentOpener::applySettings()
+{
+    if (m_watching == Settings::instance()->watchFiles())
+        return;
+    m_watching = !m_watching;
+    const QStringList paths = m_documents.keys();
+    for (const QString& path : paths) {
+        m_reloader.remove(path);
+        watch(path);
+    }
+}
+
+// The document knows what it has written itself.
+void DocumentOpener::onFileChanged(const QString& path)
+{
+    Document* const document = m_documents.value(path);
+    const bool isThere = QFileInfo::exists(path);
+    if (!isThere)
+        document->onFileDeleted();
+    else if (!document->onFileChanged())
+        return;
+    Events::post(isThere ? Events::DocumentChanged : Events::DocumentDeleted,
+        {{Events::Path, path}, {Events::Kind, document->kind()},
+            {Events::Bytes, QFileInfo(path).size()}});
 }

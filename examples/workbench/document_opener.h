@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include "zentu_host.h"
+
 #include <QHash>
 #include <QObject>
 #include <QString>
@@ -9,7 +11,7 @@
 class Document;
 class DocumentFactory;
 
-/// Opens files as documents and tells the bus what came of it.
+/// Opens files as documents, watches them, and tells the bus what comes of it.
 class DocumentOpener : public QObject
 {
     Q_OBJECT
@@ -38,8 +40,13 @@ private:
     void openOne(const QString& path);
     Document* create(const QString& path, QString* error) const;
     void remember(Document* document);
+    void watch(const QString& path);
+    void onFileChanged(const QString& path);
+    void applySettings();
 
     static DocumentOpener* s_instance;
 
     QHash<QString, Document*> m_documents;
+    Zentu::FileReloader m_reloader;
+    bool m_watching;
 };

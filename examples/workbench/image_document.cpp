@@ -2,11 +2,11 @@
 #include "image_document.h"
 
 #include "actions.h"
-#include "document_actions.h"
 #include "document_factory.h"
 #include "file_change_bar.h"
 #include "glyph_icon.h"
 #include "settings.h"
+#include "zentu_host.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -210,11 +210,11 @@ class ImageFactory : public DocumentFactory
 public:
     explicit ImageFactory(QObject* parent)
         : DocumentFactory(parent)
-        , m_actions(ImageDocument::Kind, this)
+        , m_actions(ImageDocument::Kind)
     {
         constexpr double Step = 1.25;
-        m_fit = m_actions.add(Ids::Fit, [this](bool fitted) { m_current->setFitted(fitted); });
-        m_fit->setCheckable(true);
+        m_fit = m_actions.addCheckable(
+            Ids::Fit, false, [this](bool fitted) { m_current->setFitted(fitted); });
         m_all = {m_fit,
             m_actions.add(
                 Ids::Copy, [this] { QApplication::clipboard()->setPixmap(m_current->picture()); }),
@@ -247,6 +247,7 @@ public:
         if (m_current)
             connect(m_current, &ImageDocument::zoomChanged, this, &ImageFactory::update);
         update();
+        m_actions.setCurrent(m_current);
     }
 
 private:
@@ -257,7 +258,7 @@ private:
             action->setEnabled(m_current);
     }
 
-    DocumentActions m_actions;
+    Zentu::DocumentActions m_actions;
     QPointer<ImageDocument> m_current;
     QAction* m_fit;
     QList<QAction*> m_all;

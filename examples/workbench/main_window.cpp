@@ -5,7 +5,6 @@
 #include "actions.h"
 #include "context_mgr.h"
 #include "document.h"
-#include "document_actions.h"
 #include "document_factory.h"
 #include "empty_page.h"
 #include "event_log.h"
@@ -16,11 +15,11 @@
 #include "notice_bar.h"
 #include "object_pool.h"
 #include "preferences_dialog.h"
-#include "proxy_act.h"
 #include "recent_files.h"
 #include "status_reporter.h"
 #include "unsaved_dialog.h"
 #include "word_count.h"
+#include "zentu_host.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -41,7 +40,6 @@ static constexpr int LogHeight = 130;
 
 MainWindow::MainWindow()
     : m_opener(this)
-    , m_guard(this)
 {
     setObjectName(QStringLiteral("main_window"));
     setWindowIcon(glyphIcon(QStringLiteral("workbench")));
@@ -49,6 +47,7 @@ MainWindow::MainWindow()
     createCentre();
     updateTitle();
     createActions(this);
+    createNavigator();
     DocumentKind::publishAll(this);
     fillMenus();
     m_statusReporter = std::make_unique<StatusReporter>(statusBar());
@@ -57,11 +56,8 @@ MainWindow::MainWindow()
     statusBar()->addPermanentWidget(m_status);
     addWordCount(this);
 
-    auto* contexts = Zentu::ContextManager::instance();
-    connect(contexts, &Zentu::ContextManager::contextChanged, this, [contexts] {
-        Zentu::ProxyActionManager::instance()->setCurrentContext(contexts->currentContexts());
-    });
-    contexts->addGlobalContext(Ids::WorkbenchContext);
+    Zentu::followContexts(this);
+    Zentu::ContextManager::instance()->addGlobalContext(Ids::WorkbenchContext);
 
     connect(m_area, &Zentu::MdiArea::currentSubWindowChanged, this,
         &MainWindow::onCurrentDocumentChanged);
@@ -74,7 +70,6 @@ MainWindow::~MainWindow()
 {
     // The documents go with the area, after this window has ceased to be one.
     disconnect(m_area, nullptr, this, nullptr);
-    disconnect(Zentu::ContextManager::instance(), nullptr, this, nullptr);
 }
 
 void MainWindow::createCentre()
@@ -99,13 +94,27 @@ void MainWindow::createCentre()
     setCentralWidget(centre);
 }
 
+void MainWindow::createNavigator()
+{
+    using Navigator = Zentu::DocumentNavigator;
+    m_navigator = new Navigator(m_area, this);
+    m_navigator->askBeforeClosing = [this](const QList<Zentu::IMdiSubWindow*>& windows) {
+        QList<Document*> documents;
+        for (Zentu::IMdiSubWindow* window : windows)
+            documents.append(qobject_cast<Document*>(window));
+        return UnsavedDialog::mayClose(documents, this);
+    };
+    m_navigator->action(Navigator::Tile)->setObjectName(QStringLiteral("window.tile"));
+    m_navigator->action(Navigator::Cascade)->setObjectName(QStringLiteral("window.cascade"));
+}
+
 void MainWindow::fillMenus()
 {
     auto* registry = Zentu::ActionManager::instance();
     // Opening files works whatever the document, in the context that is always there.
-    auto* always = new DocumentActions(Ids::WorkbenchContext, this);
-    always->add(Ids::New, [this] { m_opener.openNew(); })->setEnabled(true);
-    always->add(Ids::Open, [this] { chooseFiles(); })->setEnabled(true);
+    auto* always = new Zentu::DocumentActions(Ids::WorkbenchContext, Zentu::Managers(), this);
+    always->add(Ids::New, [this] { m_opener.openNew(); });
+    always->add(Ids::Open, [this] { chooseFiles(); });
 
     QMenu* const file = registry->getMenu(Ids::MenuFile);
     auto* recentMenu = new QMenu(tr("Open &Recent"), file);
@@ -143,10 +152,7 @@ void MainWindow::fillMenus()
     log->toggleViewAction()->setText(tr("&Events"));
     view->addAction(log->toggleViewAction());
 
-    QMenu* const window = registry->getMenu(Ids::MenuWindow);
-    add(window, tr("&Cascade"), QStringLiteral("window.cascade"),
-        [this] { m_area->cascadeSubWindows(); });
-    add(window, tr("&Tile"), QStringLiteral("window.tile"), [this] { m_area->tileSubWindows(); });
+    m_navigator->fillMenu(registry->getMenu(Ids::MenuWindow));
 
     add(
         registry->getMenu(Ids::MenuTools), tr("&Find Action..."),
@@ -169,7 +175,8 @@ void MainWindow::open(const QStringList& files)
 
 void MainWindow::showDocument(Document* document)
 {
-    m_guard.add(document);
+    connect(document, &Document::closeOthersRequested, this,
+        [this, document] { m_navigator->closeOthers(document); });
     // The area goes out of sight with its last document, which is deleted later.
     connect(document, &QObject::destroyed, this, &MainWindow::updateCentre, Qt::QueuedConnection);
     connect(document, &Document::statusChanged, this, &MainWindow::updateStatus);
@@ -225,13 +232,7 @@ void MainWindow::onCurrentDocumentChanged(Zentu::IMdiSubWindow* current)
     };
     // What both kinds have stays enabled all the time: the new context comes before the old one
     // goes.
-    auto* contexts = Zentu::ContextManager::instance();
-    const QString left = std::exchange(m_kind, kind);
     direct(true);
-    if (kind != left && !kind.isEmpty())
-        contexts->addContext(kind);
-    if (kind != left && !left.isEmpty())
-        contexts->removeContext(left);
     direct(false);
     updateStatus();
     updateTitle();
@@ -255,25 +256,13 @@ void MainWindow::restore()
     restoreState(settings.value(QStringLiteral("window/state")).toByteArray());
 }
 
-QList<Document*> MainWindow::documents() const
-{
-    QList<Document*> all;
-    const QList<Zentu::IMdiSubWindow*> windows = m_area->subWindows();
-    for (Zentu::IMdiSubWindow* window : windows)
-        all.append(qobject_cast<Document*>(window));
-    return all;
-}
-
 // All are asked for before any is closed.
 void MainWindow::closeEvent(QCloseEvent* event)
 {
-    const QList<Document*> all = documents();
-    if (!UnsavedDialog::mayClose(all, this)) {
+    if (!m_navigator->closeAll()) {
         event->ignore();
         return;
     }
-    for (Document* document : all)
-        document->close();
     QSettings settings;
     settings.setValue(QStringLiteral("window/geometry"), saveGeometry());
     settings.setValue(QStringLiteral("window/state"), saveState());

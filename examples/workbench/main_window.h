@@ -2,7 +2,6 @@
 #pragma once
 
 #include "document_opener.h"
-#include "file_guard.h"
 
 #include <QMainWindow>
 #include <QString>
@@ -17,6 +16,7 @@ class QStackedWidget;
 class StatusReporter;
 
 namespace Zentu {
+class DocumentNavigator;
 class IMdiSubWindow;
 class MdiArea;
 } // namespace Zentu
@@ -40,10 +40,10 @@ protected:
 
 private:
     void createCentre();
+    void createNavigator();
     void fillMenus();
     void showDocument(Document* document);
     void onCurrentDocumentChanged(Zentu::IMdiSubWindow* current);
-    QList<Document*> documents() const;
     void updateCentre();
     void updateStatus();
     void updateTitle();
@@ -52,11 +52,10 @@ private:
     void restore();
 
     Zentu::MdiArea* m_area = nullptr;
+    Zentu::DocumentNavigator* m_navigator = nullptr;
     QStackedWidget* m_centre = nullptr;
     EmptyPage* m_empty = nullptr;
     QLabel* m_status = nullptr;
     std::unique_ptr<StatusReporter> m_statusReporter;
     DocumentOpener m_opener;
-    FileGuard m_guard;
-    QString m_kind;
 };

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Takes the pictures of the documentation: zentu-pictures FOLDER SUFFIX. The scale is Qt's
-// QT_SCALE_FACTOR, the appearance the word "dark" in the suffix.
+// Takes the pictures of the documentation: zentu-pictures FOLDER SUFFIX HOME. The scale is Qt's
+// QT_SCALE_FACTOR; "dark" and "rtl" in the suffix are the appearance and the direction. The files
+// that are shown are written into HOME, so that their paths are those of a person.
 
 #include "appearance.h"
-#include "file_guard.h"
 #include "main_window.h"
 #include "mdi_area.h"
 #include "settings.h"
@@ -14,6 +14,8 @@
 #include <QDialog>
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
+#include <QMenu>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPlainTextEdit>
@@ -22,6 +24,8 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
+
+#include <functional>
 
 namespace {
 
@@ -79,24 +83,132 @@ void pressKeys(QWidget* widget, const char* action)
     widget->window()->findChild<QAction*>(QLatin1String(action))->trigger();
 }
 
-// Each page of the dialog, which is modal: the work is done from inside its event loop.
-void takePreferences(QWidget* window)
+// What a modal dialog shows: the work is done from inside its event loop.
+void takeDialog(QWidget* window, const char* action, const std::function<void(QDialog*)>& work)
 {
-    QTimer::singleShot(RestMs, window, [] {
+    QTimer::singleShot(RestMs, window, [work] {
         auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
-        auto* tree = dialog->findChild<QTreeWidget*>();
-        for (int i = 0; i < tree->topLevelItemCount(); ++i) {
-            QTreeWidgetItem* const group = tree->topLevelItem(i);
-            for (int k = 0; k < group->childCount(); ++k) {
-                tree->setCurrentItem(group->child(k));
-                take(dialog,
-                    QStringLiteral("preferences-%1").arg(group->child(k)->text(0).toLower()));
-            }
-        }
+        work(dialog);
         dialog->reject();
     });
-    pressKeys(window, "edit.preferences");
+    pressKeys(window, action);
 }
+
+void takePreferences(QDialog* dialog)
+{
+    auto* tree = dialog->findChild<QTreeWidget*>(QStringLiteral("catalog_tree"));
+    for (int i = 0; i < tree->topLevelItemCount(); ++i) {
+        QTreeWidgetItem* const group = tree->topLevelItem(i);
+        for (int k = 0; k < group->childCount(); ++k) {
+            tree->setCurrentItem(group->child(k));
+            take(dialog, QStringLiteral("preferences-%1").arg(group->child(k)->text(0).toLower()));
+        }
+    }
+    dialog->findChild<QLineEdit*>(QStringLiteral("preferences_filter"))
+        ->setText(QStringLiteral("smooth"));
+    take(dialog, QStringLiteral("preferences-filtered"));
+}
+
+/// The window and its documents, from state to state.
+class Tour
+{
+public:
+    explicit Tour(const QString& home)
+        : m_home(home + QLatin1Char('/'))
+        , m_notes(writeText(m_home + QStringLiteral("notes.txt"),
+              "Shopping\n\n- bread\n- a dozen eggs\n- two lemons\n\n"
+              "Saturday: call about the boat, and bring the map back.\n"))
+        , m_poem(writeText(m_home + QStringLiteral("autumn.txt"),
+              "The morns are meeker than they were,\nThe nuts are getting brown;\n"
+              "The berry's cheek is plumper,\nThe rose is out of town.\n\n"
+              "The maple wears a gayer scarf,\nThe field a scarlet gown.\n"
+              "Lest I should be old-fashioned,\nI'll put a trinket on.\n"))
+        , m_hills(drawHills(m_home + QStringLiteral("hills.png")))
+    {
+        m_window.resize(1000, 700);
+        m_window.show();
+        m_area = m_window.findChild<Zentu::MdiArea*>();
+    }
+
+    void takeAll()
+    {
+        take(&m_window, QStringLiteral("first"));
+        m_window.open({m_notes, m_hills, m_poem});
+        take(&m_window, QStringLiteral("documents"));
+        takeFinding();
+        takeLayouts();
+        takeDialog(&m_window, "tools.find_action", [](QDialog* dialog) {
+            dialog->findChild<QLineEdit*>()->setText(QStringLiteral("c"));
+            take(dialog, QStringLiteral("find-action"));
+        });
+        takeDialog(&m_window, "edit.preferences", takePreferences);
+        takeChanged();
+        takeMany();
+    }
+
+private:
+    void takeFinding()
+    {
+        pressKeys(&m_window, "edit.find");
+        auto* document = m_area->currentSubWindow();
+        document->findChild<QLineEdit*>(QStringLiteral("find_text"))
+            ->setText(QStringLiteral("the"));
+        take(&m_window, QStringLiteral("find"));
+        pressKeys(&m_window, "edit.replace");
+        take(&m_window, QStringLiteral("replace"));
+        pressKeys(&m_window, "window.tile");
+        take(&m_window, QStringLiteral("replace-tiled"));
+        document->findChild<QWidget*>(QStringLiteral("find_bar"))->hide();
+    }
+
+    void takeLayouts()
+    {
+        take(&m_window, QStringLiteral("tiled"));
+        pressKeys(&m_window, "window.cascade");
+        take(&m_window, QStringLiteral("cascade"));
+        m_area->setCurrentSubWindow(m_area->subWindows().at(1));
+        m_area->subWindows().at(1)->showMaximized();
+        take(&m_window, QStringLiteral("image"));
+    }
+
+    // A change on disk meets one in the editor, and a file cannot be opened.
+    void takeChanged()
+    {
+        m_area->setCurrentSubWindow(m_area->subWindows().at(2));
+        m_area->currentSubWindow()->findChild<QPlainTextEdit*>()->insertPlainText(
+            QStringLiteral("Autumn\n\n"));
+        writeText(m_poem, "The morns are meeker than they were.\n");
+        m_window.open({m_home + QStringLiteral("old/missing.txt")});
+        QTest::qWait(1000);
+        take(&m_window, QStringLiteral("changed"));
+        pressKeys(&m_window, "window.tile");
+        take(&m_window, QStringLiteral("changed-tiled"));
+        m_area->currentSubWindow()->findChild<QPlainTextEdit*>()->document()->setModified(false);
+    }
+
+    void takeMany()
+    {
+        for (int i = 1; i <= 43; ++i)
+            m_window.open({writeText(m_home + QStringLiteral("page %1.txt").arg(i), "A page.\n")});
+        m_area->currentSubWindow()->showMaximized();
+        take(&m_window, QStringLiteral("many"));
+        QMenu* const menu = m_window.findChild<QMenu*>(QStringLiteral("menu.window"));
+        menu->popup(m_window.mapToGlobal(QPoint(200, 25)));
+        take(menu, QStringLiteral("many-menu"));
+        menu->close();
+        const QList<Zentu::IMdiSubWindow*> documents = m_area->subWindows();
+        for (Zentu::IMdiSubWindow* document : documents)
+            document->close();
+        take(&m_window, QStringLiteral("empty"));
+    }
+
+    QString m_home;
+    QString m_notes;
+    QString m_poem;
+    QString m_hills;
+    MainWindow m_window;
+    Zentu::MdiArea* m_area;
+};
 
 } // namespace
 
@@ -105,53 +217,21 @@ int main(int argc, char* argv[])
     followScreenScale();
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 3)
-        qFatal("usage: zentu-pictures FOLDER SUFFIX");
+    if (arguments.size() != 4)
+        qFatal("usage: zentu-pictures FOLDER SUFFIX HOME");
     QApplication::setOrganizationName(QStringLiteral("ZentuKit"));
     QApplication::setApplicationName(QStringLiteral("Workbench"));
-    const QTemporaryDir folder;
-    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, folder.path());
+    const QTemporaryDir settings;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     QDir::setCurrent(arguments.at(1));
     s_suffix = arguments.at(2);
+    qputenv("HOME", QFile::encodeName(arguments.at(3)));
     Settings::instance()->setAppearance(s_suffix.contains(QLatin1String("dark"))
             ? Settings::Appearance::Dark
             : Settings::Appearance::Light);
+    if (s_suffix.contains(QLatin1String("rtl")))
+        QApplication::setLayoutDirection(Qt::RightToLeft);
     followAppearanceSetting();
-
-    MainWindow window;
-    window.resize(1000, 700);
-    window.show();
-    take(&window, QStringLiteral("empty"));
-
-    const QString here = folder.path() + QLatin1Char('/');
-    const QString notes = writeText(here + QStringLiteral("notes.txt"),
-        "Shopping\n\n- bread\n- a dozen eggs\n- two lemons\n\n"
-        "Saturday: call about the boat, and bring the map back.\n");
-    const QString poem = writeText(here + QStringLiteral("autumn.txt"),
-        "The morns are meeker than they were,\nThe nuts are getting brown;\n"
-        "The berry's cheek is plumper,\nThe rose is out of town.\n\n"
-        "The maple wears a gayer scarf,\nThe field a scarlet gown.\n"
-        "Lest I should be old-fashioned,\nI'll put a trinket on.\n");
-    const QString hills = drawHills(here + QStringLiteral("hills.png"));
-    window.open({notes, hills, poem});
-    take(&window, QStringLiteral("documents"));
-
-    pressKeys(&window, "window.tile");
-    take(&window, QStringLiteral("tiled"));
-    auto* area = window.findChild<Zentu::MdiArea*>();
-    area->setCurrentSubWindow(area->subWindows().at(1));
-    area->subWindows().at(1)->showMaximized();
-    take(&window, QStringLiteral("image"));
-
-    // A change on disk meets one in the editor, and a file that is missing one that is sought.
-    area->setCurrentSubWindow(area->subWindows().at(2));
-    area->currentSubWindow()->findChild<QPlainTextEdit*>()->insertPlainText(
-        QStringLiteral("Autumn\n\n"));
-    writeText(poem, "The morns are meeker than they were.\n");
-    window.open({here + QStringLiteral("missing.txt")});
-    QTest::qWait(1000);
-    take(&window, QStringLiteral("changed"));
-
-    takePreferences(&window);
+    Tour(arguments.at(3)).takeAll();
     return 0;
 }

@@ -3,10 +3,10 @@
 // The kind of document that texts are: its factory, and the backends of its actions.
 
 #include "actions.h"
-#include "document_actions.h"
 #include "document_factory.h"
 #include "find_bar.h"
 #include "text_document.h"
+#include "zentu_host.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -23,7 +23,7 @@ class TextFactory : public DocumentFactory
 public:
     explicit TextFactory(QObject* parent)
         : DocumentFactory(parent)
-        , m_actions(TextDocument::Kind, this)
+        , m_actions(TextDocument::Kind)
     {
         const auto edit = [this](const QString& id, void (QPlainTextEdit::*operation)()) {
             return m_actions.add(id, [this, operation] { (m_current->editor()->*operation)(); });
@@ -35,11 +35,8 @@ public:
         m_paste = edit(Ids::Paste, &QPlainTextEdit::paste);
         m_selectAll = edit(Ids::SelectAll, &QPlainTextEdit::selectAll);
         m_save = m_actions.add(Ids::Save, [this] { m_current->save(); });
-        m_wrap = m_actions.add(Ids::WordWrap, [this](bool wrap) {
-            m_current->setWordWrap(wrap);
-            update();
-        });
-        m_wrap->setCheckable(true);
+        m_wrap = m_actions.addCheckable(
+            Ids::WordWrap, false, [this](bool wrap) { m_current->setWordWrap(wrap); });
         m_always = {m_selectAll, m_wrap,
             m_actions.add(Ids::SaveAs, [this] { m_current->saveAs(); }),
             m_actions.add(Ids::Close, [this] { m_current->close(); }),
@@ -84,6 +81,7 @@ public:
                 &TextFactory::update);
         }
         update();
+        m_actions.setCurrent(m_current);
     }
 
 private:
@@ -107,7 +105,7 @@ private:
             action->setEnabled(editor);
     }
 
-    DocumentActions m_actions;
+    Zentu::DocumentActions m_actions;
     QPointer<TextDocument> m_current;
     QAction* m_undo;
     QAction* m_redo;

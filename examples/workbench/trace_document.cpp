@@ -6,12 +6,12 @@
 #include "action_mgr.h"
 #include "actions.h"
 #include "document.h"
-#include "document_actions.h"
 #include "document_factory.h"
 #include "document_opener.h"
 #include "glyph_icon.h"
 #include "trace_hub.h"
 #include "wisp_recorder.h"
+#include "zentu_host.h"
 
 #include <QLineEdit>
 #include <QMenu>
@@ -105,7 +105,7 @@ class TraceFactory : public DocumentFactory
 public:
     explicit TraceFactory(QObject* parent)
         : DocumentFactory(parent)
-        , m_actions(Kind, this)
+        , m_actions(Kind)
         , m_close(m_actions.add(Ids::Close, [this] { m_current->close(); }))
         , m_copy(m_actions.add(Ids::Copy, [this] { m_current->lines()->copy(); }))
         , m_selectAll(m_actions.add(Ids::SelectAll, [this] { m_current->lines()->selectAll(); }))
@@ -128,10 +128,11 @@ public:
         m_current = dynamic_cast<TraceDocument*>(document);
         for (QAction* action : {m_close, m_copy, m_selectAll})
             action->setEnabled(m_current);
+        m_actions.setCurrent(m_current);
     }
 
 private:
-    DocumentActions m_actions;
+    Zentu::DocumentActions m_actions;
     QPointer<TraceDocument> m_current;
     QAction* m_close;
     QAction* m_copy;

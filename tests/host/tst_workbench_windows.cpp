@@ -14,10 +14,12 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSet>
 #include <QTabBar>
 #include <QTreeWidget>
 
@@ -42,6 +44,8 @@ private Q_SLOTS:
     void currentTabIsMarked();
     void iconsFollowThePalette();
     void tabGoesFromTheTreeToThePage();
+    void everyOneOfManyTabsIsReachedByKey();
+    void othersAreClosedFromATabsMenu();
 
 private:
     void openTwoKinds() { m_window->open({picture(), file("a.txt", "text")}); }
@@ -265,6 +269,43 @@ void WorkbenchWindowsTest::tabGoesFromTheTreeToThePage()
     });
     child<QAction>("edit.preferences")->trigger();
     QVERIFY(looked);
+}
+
+void WorkbenchWindowsTest::everyOneOfManyTabsIsReachedByKey()
+{
+    QStringList names;
+    for (int i = 0; i < 46; ++i)
+        names.append(file(qPrintable(QStringLiteral("%1.txt").arg(i)), "text"));
+    m_window->open(names);
+    QSet<QString> reached;
+    for (int i = 0; i < 46; ++i) {
+        QTest::keyClick(m_window.get(), Qt::Key_Tab, Qt::ControlModifier);
+        reached.insert(current<TextDocument>()->path());
+    }
+    QCOMPARE(reached.size(), 46);
+    // And from the list of the window menu.
+    QMenu* const menu = child<QMenu>("menu.window");
+    Q_EMIT menu->aboutToShow();
+    for (QAction* entry : menu->actions()) {
+        if (entry->text().endsWith(QLatin1String(" 31.txt")))
+            entry->trigger();
+    }
+    QTRY_COMPARE(current<TextDocument>()->name(), QStringLiteral("31.txt"));
+}
+
+void WorkbenchWindowsTest::othersAreClosedFromATabsMenu()
+{
+    m_window->open({file("a.txt", "a"), file("b.txt", "b"), file("c.txt", "c")});
+    auto* area = m_window->findChild<Zentu::MdiArea*>();
+    auto* kept = area->subWindows().at(1);
+    QTest::keyClicks(current<TextDocument>()->editor(), QStringLiteral("x"));
+    auto* closeOthers = kept->systemMenu()->findChild<QAction*>(QStringLiteral("close_others"));
+    answer(QDialogButtonBox::Cancel);
+    closeOthers->trigger();
+    QCOMPARE(area->subWindows().size(), 3);
+    answer(QDialogButtonBox::Discard);
+    closeOthers->trigger();
+    QCOMPARE(area->subWindows(), QList<Zentu::IMdiSubWindow*>({kept}));
 }
 
 QTEST_MAIN(WorkbenchWindowsTest)
