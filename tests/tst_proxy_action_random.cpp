@@ -236,6 +236,18 @@ private:
         QCOMPARE(m_proxy.shortcut(), m_model.shortcut());
         for (const QString& context : Contexts)
             QCOMPARE(m_proxy.getBackendAction(context), m_model.backends.value(context));
+        for (const auto& action : m_actions)
+            QCOMPARE(followers(action.get()), action.get() == m_model.active() ? 1 : 0);
+    }
+
+    static int followers(const QAction* action)
+    {
+        struct Open : QAction
+        {
+            using QAction::receivers;
+        };
+        constexpr auto receivers = &Open::receivers;
+        return (action->*receivers)(SIGNAL(changed()));
     }
 
     // An action without a text of its own for icon or tip makes one of its text.
