@@ -227,13 +227,14 @@ void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
         }
         current = activated;
         currentGuard = activated;
+        isReported = false;
     }
     if (activated)
         activated->currentChanged(true);
     if (isOvertaken())
         return;
     showTab(activated);
-    if (!isBack)
+    if (!std::exchange(isReported, true))
         Q_EMIT q->currentSubWindowChanged(activated);
 }
 

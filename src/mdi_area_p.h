@@ -63,6 +63,8 @@ private:
     int changes = 0;
     // Whether the current document is just being told that it is not current any more.
     bool isLeaving = false;
+    // Whether the area has told of the current document, which may have been left and come back.
+    bool isReported = false;
 };
 
 } // namespace Zentu
