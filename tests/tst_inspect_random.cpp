@@ -4,6 +4,7 @@
 // model says with what the library says after each operation. ZENTU_INSPECT_STEPS=100000 runs
 // longer than every day, ZENTU_INSPECT_SEED another program.
 
+#include "answers.h"
 #include "program.h"
 
 #include "action_mgr.h"
@@ -339,12 +340,24 @@ private:
                 const_cast<ProxyActionManager&>(m_proxyManager).getProxyAction(name);
             if (!expected != !found)
                 return false;
+            if (expected && !sameReason(name, *expected))
+                return false;
             if (expected
                 && &m_program.proxies().at(addressOf(static_cast<const QAction*>(expected)))
                     != found)
                 return false;
         }
         return true;
+    }
+
+    // What is said of an action is so; what cannot be known is left open.
+    bool sameReason(const QString& name, const ProxyAction& proxy) const
+    {
+        const auto why = Inspect::whyIsIt(m_program, name);
+        const QAction* const active = proxy.currentActiveBackendAction();
+        return why && why->active == addressOf(active) && why->contexts == proxy.currentContext()
+            && why->isEnabled.value_or(proxy.isEnabled()) == proxy.isEnabled()
+            && (active || why->isEnabled == false);
     }
 
     static bool sameProxy(const ProxyAction& proxy, const Inspect::Proxy& known)

@@ -170,19 +170,23 @@ private:
 
 std::string_view Item::field(std::string_view label) const
 {
-    for (Cursor cursor(text); !cursor.atEnd();) {
+    for (std::string_view rest = text;;) {
+        const std::size_t found = rest.find(label);
+        if (found == std::string_view::npos)
+            return {};
         Item value;
-        if (cursor.skip(label)) {
+        const std::size_t quote = rest.find('"');
+        if (found < quote) {
+            Cursor cursor(rest.substr(found + label.size()));
             if (cursor.peek() != '"')
                 return cursor.word();
             return cursor.string(value) ? value.text : std::string_view();
         }
-        if (cursor.peek() == '"')
-            cursor.string(value);
-        else
-            cursor.skip(cursor.rest().substr(0, 1));
+        // It may stand in the string, which is passed over.
+        Cursor cursor(rest.substr(quote));
+        cursor.string(value);
+        rest = cursor.rest();
     }
-    return {};
 }
 
 std::string_view Item::quoted() const
