@@ -269,7 +269,8 @@ class Place:
                         600).returncode == 0
 
     def passes(self, test, seconds):
-        environment = dict(os.environ, QT_QPA_PLATFORM="offscreen")
+        # What was freed is overwritten, so that reading it is noticed.
+        environment = dict(os.environ, QT_QPA_PLATFORM="offscreen", MALLOC_PERTURB_="165")
         return self.run([self.build / "bin" / f"tst_{test}", "-maxwarnings", "50"], seconds,
                         env=environment, cwd=self.build).returncode == 0
 
