@@ -361,7 +361,7 @@ class EventManagerRandomTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void callbacksEqualTheModel_data() { addSeeds(20); }
+    void callbacksEqualTheModel_data() { addSeeds(10); }
     void callbacksEqualTheModel();
 };
 

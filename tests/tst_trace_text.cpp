@@ -222,7 +222,7 @@ void TraceTextTest::lineIsWhatQDebugWrites()
     Subjects subjects;
     wisp::Line line;
     wisp::setSink(keepLine, &line);
-    for (int i = 0; i < 25000; ++i) {
+    for (int i = 0; i < 10000; ++i) {
         change(subjects, random);
         const IEvent event(randomText(random));
         int items[6];

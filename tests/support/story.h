@@ -3,7 +3,6 @@
 
 #include <QHash>
 #include <QRandomGenerator>
-#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 #include <QTest>
@@ -90,15 +89,19 @@ protected:
 private:
     static constexpr int MostDepth = 4;
 
-    QString named(QString text) const
+    QString named(const QString& text) const
     {
-        static const QRegularExpression address(QStringLiteral("0x([0-9a-f]+)"));
-        for (QRegularExpressionMatch match = address.match(text); match.hasMatch();
-             match = address.match(text)) {
-            text.replace(match.capturedStart(), match.capturedLength(),
-                m_names.value(match.captured(1), QStringLiteral("?")));
+        const auto isDigit = [](QChar c) {
+            return c.isDigit() || (c >= QLatin1Char('a') && c <= QLatin1Char('f'));
+        };
+        QStringList parts = text.split(QLatin1String("0x"));
+        for (int i = 1; i < parts.size(); ++i) {
+            QString& part = parts[i];
+            const int length =
+                int(std::find_if_not(part.cbegin(), part.cend(), isDigit) - part.cbegin());
+            part.replace(0, length, m_names.value(part.left(length), QStringLiteral("?")));
         }
-        return text;
+        return parts.join(QString());
     }
 
     QRandomGenerator m_random;
