@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 using namespace Support;
@@ -109,6 +110,7 @@ private Q_SLOTS:
     void clearForgetsEverything();
     void clearIsTracedFirst();
     void clearForgetsWhatIsRegisteredMeanwhile();
+    void managerMayBeDeletedByAWidgetThatIsConnected();
     void managerMayBeDeletedByAWidgetThatIsDisconnected();
     void managerForgetsItsWidgets();
 
@@ -420,6 +422,15 @@ void ActionManagerTest::clearForgetsWhatIsRegisteredMeanwhile()
     Recorder recorder;
     menus.clear();
     QVERIFY(recorder.isEmpty());
+}
+
+void ActionManagerTest::managerMayBeDeletedByAWidgetThatIsConnected()
+{
+    ActionManager* manager = nullptr;
+    Telling<QMenu> menu([&] { delete std::exchange(manager, nullptr); });
+    manager = new ActionManager;
+    manager->registerMenu(F, &menu);
+    QVERIFY(!manager);
 }
 
 void ActionManagerTest::managerMayBeDeletedByAWidgetThatIsDisconnected()

@@ -41,8 +41,9 @@ public:
     {
         ++count;
         thread = QThread::currentThread();
-        if (react)
-            react(event);
+        // A copy, as it may delete the handler.
+        if (const std::function<void(IEvent*)> reaction = react)
+            reaction(event);
     }
 
     std::atomic<int> count{0};
@@ -139,6 +140,9 @@ private Q_SLOTS:
     void eventIsDeletedAfterTheLastHandler();
     void eventIsDeletedWhenAHandlerThrows_data();
     void eventIsDeletedWhenAHandlerThrows();
+    void managerMayBeDeletedByAHandler_data();
+    void managerMayBeDeletedByAHandler();
+    void handlerMayDeleteItself();
     void pausedHandlerIsSkippedAlone();
     void handlerCanBePausedDuringTheDelivery();
     void changesDuringDeliveryDoNotAffectIt();
@@ -537,6 +541,41 @@ void EventManagerTest::eventIsDeletedWhenAHandlerThrows()
     deliver();
     QCOMPARE(deletions.load(), 2);
     QCOMPARE(older.count.load(), 1);
+}
+
+void EventManagerTest::managerMayBeDeletedByAHandler_data()
+{
+    eventIsDeletedWhenAHandlerThrows_data();
+}
+
+// A delivery that has begun is ended all the same.
+void EventManagerTest::managerMayBeDeletedByAHandler()
+{
+    QFETCH(EventManager::PostMode, mode);
+    auto* const manager = new EventManager;
+    Handler older;
+    Handler newer([=](IEvent*) { delete manager; });
+    manager->subscribe(&older, X);
+    manager->subscribe(&newer, X);
+    std::atomic<int> deletions{0};
+    manager->postEvent(new Event(X, &deletions), mode);
+    QCoreApplication::sendPostedEvents();
+    QCOMPARE(older.count.load(), 1);
+    QCOMPARE(deletions.load(), 1);
+}
+
+void EventManagerTest::handlerMayDeleteItself()
+{
+    Handler older;
+    auto* const newer = new Handler;
+    newer->react = [=](IEvent*) { delete newer; };
+    bus()->subscribe(&older, X);
+    bus()->subscribe(newer, X);
+    std::atomic<int> deletions{0};
+    bus()->postEvent(new Event(X, &deletions));
+    QCOMPARE(older.count.load(), 1);
+    QCOMPARE(deletions.load(), 1);
+    QCOMPARE(bus()->getSubscribersFor(X), handlers({&older}));
 }
 
 void EventManagerTest::pausedHandlerIsSkippedAlone()

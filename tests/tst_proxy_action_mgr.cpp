@@ -55,6 +55,7 @@ private Q_SLOTS:
     void contextsAreStoredBeforeTheyAreHandedOn();
     void actionRegisteredMeanwhileIsReachedOnce_data();
     void actionRegisteredMeanwhileIsReachedOnce();
+    void managerMayBeDeletedByAnActionThatIsRegistered();
     void managerMayBeDeletedWhileItHandsOn();
     void actionsOutliveTheManager();
 };
@@ -263,6 +264,20 @@ void ProxyActionManagerTest::actionRegisteredMeanwhileIsReachedOnce()
     QCOMPARE(lines.count(line(late)), 1);
     QCOMPARE(lines.last(), line(last));
     QCOMPARE(manager.getProxyAction(id), &late);
+}
+
+void ProxyActionManagerTest::managerMayBeDeletedByAnActionThatIsRegistered()
+{
+    const QPointer<ProxyActionManager> manager = new ProxyActionManager;
+    manager->setCurrentContext({E});
+    QAction backend;
+    ProxyAction action;
+    action.addBackendAction(&backend, E);
+    connect(&action, &QAction::changed, this, [&] { delete manager; });
+    manager->registerProxyAction(&action, A);
+    QVERIFY(!manager);
+    QCOMPARE(action.currentActiveBackendAction(), &backend);
+    QCOMPARE(action.currentContext(), QStringList(E));
 }
 
 void ProxyActionManagerTest::managerMayBeDeletedWhileItHandsOn()
