@@ -4,7 +4,7 @@ include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
 set(headers "${CMAKE_INSTALL_INCLUDEDIR}/ZentuKit")
-set(package "${CMAKE_INSTALL_LIBDIR}/cmake/ZentuKit")
+set(package "${CMAKE_INSTALL_LIBDIR}/cmake/${zentu_name}")
 set(templates "${PROJECT_SOURCE_DIR}/cmake/templates")
 
 set(libraries ZentuKit)
@@ -18,7 +18,7 @@ endforeach()
 # Each finds the other where it stands, so the folder can be moved.
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
-install(TARGETS ${libraries} EXPORT ZentuKitTargets
+install(TARGETS ${libraries} EXPORT ${zentu_name}Targets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime)
 install(FILES ${zentu_public_headers} DESTINATION "${headers}" COMPONENT development)
 install(DIRECTORY "${zentu_class_headers}/" DESTINATION "${headers}" COMPONENT development)
@@ -29,26 +29,26 @@ if(NOT ZENTU_WISP_LIBRARY)
     DESTINATION "${headers}" COMPONENT development)
 endif()
 
-install(EXPORT ZentuKitTargets NAMESPACE ZentuKit::
+install(EXPORT ${zentu_name}Targets NAMESPACE ZentuKit::
   DESTINATION "${package}" COMPONENT development)
 configure_package_config_file("${templates}/ZentuKitConfig.cmake.in"
-  "${PROJECT_BINARY_DIR}/ZentuKitConfig.cmake" INSTALL_DESTINATION "${package}")
-write_basic_package_version_file("${PROJECT_BINARY_DIR}/ZentuKitConfigVersion.cmake"
+  "${PROJECT_BINARY_DIR}/${zentu_name}Config.cmake" INSTALL_DESTINATION "${package}")
+write_basic_package_version_file("${PROJECT_BINARY_DIR}/${zentu_name}ConfigVersion.cmake"
   COMPATIBILITY SameMajorVersion)
 install(
-  FILES "${PROJECT_BINARY_DIR}/ZentuKitConfig.cmake"
-    "${PROJECT_BINARY_DIR}/ZentuKitConfigVersion.cmake"
+  FILES "${PROJECT_BINARY_DIR}/${zentu_name}Config.cmake"
+    "${PROJECT_BINARY_DIR}/${zentu_name}ConfigVersion.cmake"
   DESTINATION "${package}" COMPONENT development)
 
 # Both find the folder from where they stand in it.
 file(RELATIVE_PATH ZENTU_PREFIX_FROM_PC
   "/prefix/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/prefix")
-configure_file("${templates}/ZentuKit.pc.in" "${PROJECT_BINARY_DIR}/ZentuKit.pc" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/ZentuKit.pc"
+configure_file("${templates}/ZentuKit.pc.in" "${PROJECT_BINARY_DIR}/${zentu_name}.pc" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/${zentu_name}.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig" COMPONENT development)
 file(RELATIVE_PATH ZENTU_PREFIX_FROM_PRI "/prefix/${CMAKE_INSTALL_DATADIR}/ZentuKit" "/prefix")
-configure_file("${templates}/ZentuKit.pri.in" "${PROJECT_BINARY_DIR}/ZentuKit.pri" @ONLY)
-install(FILES "${PROJECT_BINARY_DIR}/ZentuKit.pri"
+configure_file("${templates}/ZentuKit.pri.in" "${PROJECT_BINARY_DIR}/${zentu_name}.pri" @ONLY)
+install(FILES "${PROJECT_BINARY_DIR}/${zentu_name}.pri"
   DESTINATION "${CMAKE_INSTALL_DATADIR}/ZentuKit" COMPONENT development)
 
 if(TARGET zentu-workbench)

@@ -20,9 +20,11 @@ function(check_variables)
   endforeach()
   list(FILTER variables EXCLUDE REGEX "^known|${own_notes}")
   foreach(variable IN LISTS variables)
-    # What is kept in the cache is named after who keeps it.
+    # What is kept in the cache is named after who keeps it. What Qt 6 looks for is there too.
     if(NOT variable IN_LIST known
-        AND NOT variable MATCHES "^(ZENTU_|ZentuKit_|Qt[56]|CMAKE_HAVE_|CMAKE_INSTALL_|FIND_PACKAGE_)")
+        AND NOT variable MATCHES "^(ZENTU_|ZentuKit_|Qt[56]|CMAKE_HAVE_|CMAKE_INSTALL_|FIND_PACKAGE_)"
+        AND NOT variable MATCHES
+          "^(HAVE_STDATOMIC$|OPENGL_|PKG_|QT_(ADDITIONAL|FEATURE)_|Vulkan_|XKB_|pkgcfg_|prefix_result$)")
       message(SEND_ERROR "${variable} was added")
     endif()
   endforeach()
