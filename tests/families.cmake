@@ -45,7 +45,9 @@ if(ZENTU_BUILD_TOOLS)
   zentu_test(program LIBRARIES zentu_inspect_model)
   zentu_test(inspect_random LIBRARIES zentu_inspect_model)
   zentu_test(trace_tool)
-  target_compile_definitions(tst_trace_tool PRIVATE ZENTU_TRACE="$<TARGET_FILE:zentu-trace>")
+  target_compile_definitions(tst_trace_tool PRIVATE ZENTU_TRACE="$<TARGET_FILE:zentu-trace>"
+    ZENTU_TRACE_MANUAL="${PROJECT_SOURCE_DIR}/docs/man/zentu-trace.1"
+    ZENTU_TRACE_COMPLETION="${PROJECT_SOURCE_DIR}/inspect/trace/completion.bash")
   add_dependencies(tst_trace_tool zentu-trace)
   zentu_test(trace_recording LIBRARIES zentu_inspect_model)
 endif()

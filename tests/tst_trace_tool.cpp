@@ -45,6 +45,12 @@ QByteArray timed(const QList<QByteArray>& lines)
     return result;
 }
 
+QByteArray contentOf(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 /// A session with an action for two kinds of documents.
 QByteArray session()
 {
@@ -139,9 +145,14 @@ void TraceToolTest::helpNamesEveryCommand()
 {
     const Answer answer = run({QStringLiteral("--help")});
     QCOMPARE(answer.exit, 0);
+    const QByteArray manual = contentOf(QStringLiteral(ZENTU_TRACE_MANUAL));
+    const QByteArray completion = contentOf(QStringLiteral(ZENTU_TRACE_COMPLETION));
     for (const char* const command : {"summary", "why", "events", "contexts", "leaks", "timeline",
-             "graph", "normal", "diff", "follow"})
+             "graph", "normal", "diff", "follow"}) {
         QVERIFY2(answer.text.contains(QByteArray("\n  ") + command + ' '), command);
+        QVERIFY2(manual.contains(QByteArray(".BI ") + command + " \""), command);
+        QVERIFY2(completion.contains(command), command);
+    }
 }
 
 void TraceToolTest::wrongCommandLines_data()
