@@ -114,6 +114,8 @@ if(TARGET zentu-trace)
   install(TARGETS zentu-trace RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT tools)
   install(FILES inspect/trace/completion.bash RENAME zentu-trace
     DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT tools)
-  zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-trace.1" zentu-trace.1.gz
-    "${CMAKE_INSTALL_MANDIR}/man1" tools)
+  foreach(page IN ITEMS zentu-trace.1 zentu-inspect.1)
+    zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/${page}" ${page}.gz
+      "${CMAKE_INSTALL_MANDIR}/man1" tools)
+  endforeach()
 endif()
