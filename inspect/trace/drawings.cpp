@@ -316,7 +316,10 @@ public:
     }
 
     double x() const { return m_x; }
-    double y(const QString& name) const { return 60 + m_rows.indexOf(name) * 28.0; }
+    double y(const QString& name) const
+    {
+        return 60 + static_cast<int>(m_rows.indexOf(name)) * 28.0;
+    }
     int size() const { return static_cast<int>(m_rows.size()); }
 
     void draw(Picture& picture, const QString& title, double width) const
