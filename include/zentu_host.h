@@ -254,7 +254,7 @@ private:
         ProxyAction* const proxy = m_proxies ? m_proxies->getProxyAction(id) : nullptr;
         m_backends.append({id, proxy, action, proxy != nullptr});
         if (proxy) {
-            followKeys(proxy, action);
+            followKeys(proxy);
             proxy->addBackendAction(action, m_context);
         } else {
             qWarning("DocumentActions: no proxy action \"%s\"", qUtf8Printable(id));
@@ -287,8 +287,12 @@ private:
         });
     }
 
-    static void followKeys(ProxyAction* proxy, const QAction* backend)
+    // Whatever changes the first key changes the proxy.
+    static void followKeys(ProxyAction* proxy)
     {
+        if (proxy->property("_zentu_all_keys").toBool())
+            return;
+        proxy->setProperty("_zentu_all_keys", true);
         const auto follow = [proxy] {
             const QAction* const active = proxy->currentActiveBackendAction();
             const QAction* const source =
@@ -296,12 +300,7 @@ private:
             if (proxy->shortcuts() != source->shortcuts())
                 proxy->setShortcuts(source->shortcuts());
         };
-        connect(backend, &QAction::changed, proxy, follow);
-        if (proxy->property("_zentu_all_keys").toBool())
-            return;
-        proxy->setProperty("_zentu_all_keys", true);
         connect(proxy, &QAction::changed, proxy, follow);
-        connect(proxy->defaultProp(), &QAction::changed, proxy, follow);
         follow();
     }
 
@@ -458,14 +457,12 @@ public:
     void addDocumentList(QMenu* menu)
     {
         // Marks the place. At an end of the menu a separator does not show.
-        const QPointer<QAction> end = menu->addSeparator();
-        const QPointer<QActionGroup> entries = new QActionGroup(end);
-        const auto fill = [this, menu, end, entries] {
-            if (end)
-                fillDocumentList(menu, end, entries);
-        };
-        connect(menu, &QMenu::aboutToShow, this, fill);
+        QAction* const end = menu->addSeparator();
+        auto* const entries = new QActionGroup(end);
+        const auto fill = [=] { fillDocumentList(menu, end, entries); };
         fill();
+        const auto filling = connect(menu, &QMenu::aboutToShow, entries, fill);
+        connect(this, &QObject::destroyed, entries, [filling] { disconnect(filling); });
     }
 
 private:

@@ -14,7 +14,7 @@ class QTextEdit;
 /// A kind of paragraph.
 struct ParagraphStyle
 {
-    const char* name;
+    const char* name = nullptr;
     QTextListFormat::Style list = QTextListFormat::ListStyleUndefined;
     QTextBlockFormat::MarkerType marker = QTextBlockFormat::MarkerType::NoMarker;
     int heading = 0;

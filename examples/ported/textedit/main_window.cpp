@@ -15,6 +15,11 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+static QKeySequence ctrl(Qt::Key key)
+{
+    return QKeySequence(static_cast<int>(Qt::CTRL) | static_cast<int>(key));
+}
+
 MainWindow::MainWindow()
     : m_area(new Zentu::MdiArea)
     , m_navigator(new Zentu::DocumentNavigator(m_area))
@@ -50,10 +55,10 @@ void MainWindow::createFileMenu()
     menu->addSeparator();
     addProxies({{"file.print", QT_TR_NOOP("&Print..."), QKeySequence::Print, "document-print"},
                    {"file.preview", QT_TR_NOOP("Print Preview..."), {}, ""},
-                   {"file.pdf", QT_TR_NOOP("&Export PDF..."), {Qt::CTRL | Qt::Key_D}, "exportpdf"}},
+                   {"file.pdf", QT_TR_NOOP("&Export PDF..."), ctrl(Qt::Key_D), "exportpdf"}},
         menu, bar);
     menu->addSeparator();
-    menu->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut({Qt::CTRL | Qt::Key_Q});
+    menu->addAction(tr("&Quit"), this, &QWidget::close)->setShortcut(ctrl(Qt::Key_Q));
 }
 
 void MainWindow::createEditMenu()
@@ -74,11 +79,10 @@ void MainWindow::createFormatMenu()
 {
     QMenu* const menu = menuBar()->addMenu(tr("F&ormat"));
     QToolBar* const bar = addToolBar(tr("Format Actions"));
-    addProxies(
-        {{"format.bold", QT_TR_NOOP("&Bold"), {Qt::CTRL | Qt::Key_B}, "format-text-bold"},
-            {"format.italic", QT_TR_NOOP("&Italic"), {Qt::CTRL | Qt::Key_I}, "format-text-italic"},
-            {"format.underline", QT_TR_NOOP("&Underline"), {Qt::CTRL | Qt::Key_U},
-                "format-text-underline"}},
+    addProxies({{"format.bold", QT_TR_NOOP("&Bold"), ctrl(Qt::Key_B), "format-text-bold"},
+                   {"format.italic", QT_TR_NOOP("&Italic"), ctrl(Qt::Key_I), "format-text-italic"},
+                   {"format.underline", QT_TR_NOOP("&Underline"), ctrl(Qt::Key_U),
+                       "format-text-underline"}},
         menu, bar);
     // Each shows what it does.
     const auto setFont = [this](const QString& id, void (QFont::*set)(bool)) {
@@ -91,25 +95,24 @@ void MainWindow::createFormatMenu()
     setFont(QStringLiteral("format.underline"), &QFont::setUnderline);
     menu->addSeparator();
     QList<Look> aligns = {
-        {"align.left", QT_TR_NOOP("&Left"), {Qt::CTRL | Qt::Key_L}, "format-justify-left"},
-        {"align.center", QT_TR_NOOP("C&enter"), {Qt::CTRL | Qt::Key_E}, "format-justify-center"},
-        {"align.right", QT_TR_NOOP("&Right"), {Qt::CTRL | Qt::Key_R}, "format-justify-right"}};
+        {"align.left", QT_TR_NOOP("&Left"), ctrl(Qt::Key_L), "format-justify-left"},
+        {"align.center", QT_TR_NOOP("C&enter"), ctrl(Qt::Key_E), "format-justify-center"},
+        {"align.right", QT_TR_NOOP("&Right"), ctrl(Qt::Key_R), "format-justify-right"}};
     // Left is on the left.
     if (QApplication::isRightToLeft())
         std::reverse(aligns.begin(), aligns.end());
     addProxies(aligns, menu, bar);
-    addProxies(
-        {{"align.justify", QT_TR_NOOP("&Justify"), {Qt::CTRL | Qt::Key_J}, "format-justify-fill"},
-            {"format.indent", QT_TR_NOOP("&Indent"), {Qt::CTRL | Qt::Key_BracketRight},
-                "format-indent-more"},
-            {"format.unindent", QT_TR_NOOP("&Unindent"), {Qt::CTRL | Qt::Key_BracketLeft},
-                "format-indent-less"}},
+    addProxies({{"align.justify", QT_TR_NOOP("&Justify"), ctrl(Qt::Key_J), "format-justify-fill"},
+                   {"format.indent", QT_TR_NOOP("&Indent"), ctrl(Qt::Key_BracketRight),
+                       "format-indent-more"},
+                   {"format.unindent", QT_TR_NOOP("&Unindent"), ctrl(Qt::Key_BracketLeft),
+                       "format-indent-less"}},
         menu, bar);
     menu->addSeparator();
     addProxies({{"format.color", QT_TR_NOOP("&Color..."), {}, "format-text-color"}}, menu, bar);
     menu->addSeparator();
-    addProxies({{"format.checked", QT_TR_NOOP("Chec&ked"), {Qt::CTRL | Qt::Key_K},
-                   "status-checkbox-checked"}},
+    addProxies(
+        {{"format.checked", QT_TR_NOOP("Chec&ked"), ctrl(Qt::Key_K), "status-checkbox-checked"}},
         menu, bar);
 }
 
