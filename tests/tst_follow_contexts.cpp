@@ -71,6 +71,23 @@ private:
     Managers m_managers;
 };
 
+/// Takes its context back when its window takes it along.
+class PartOfWindow : public QObject
+{
+public:
+    PartOfWindow(QObject* window, ContextManager* contexts)
+        : QObject(window)
+        , m_contexts(contexts)
+    {
+        m_contexts->addContext(Text);
+    }
+
+    ~PartOfWindow() override { m_contexts->removeContext(Text); }
+
+private:
+    ContextManager* m_contexts;
+};
+
 /// One that has managers of its own.
 class WindowOfManagers
 {
@@ -99,6 +116,7 @@ private Q_SLOTS:
     void proxiesFollowNowAndLater();
     void connectionEndsWithTheObject();
     void connectionEndsWithEitherManager();
+    void connectionIsSilentWhenTheWindowIsNoneAnyMore();
     void windowIsMadeAndDeletedAgain_data();
     void windowIsMadeAndDeletedAgain();
     void twoWindowsAtOnce_data();
@@ -149,6 +167,22 @@ void FollowContextsTest::connectionEndsWithEitherManager()
     HostWindow other({Copy});
     other.contexts.reset();
     other.until.reset();
+}
+
+void FollowContextsTest::connectionIsSilentWhenTheWindowIsNoneAnyMore()
+{
+    ContextManager contexts;
+    ProxyActionManager proxies;
+    auto window = std::make_unique<Window>(Managers{&contexts, &proxies});
+    new PartOfWindow(window.get(), &contexts);
+    QCOMPARE(window->copy->currentContext(), QStringList(Text));
+    m_recorder->clear();
+    // The proxy goes before the part.
+    window.reset();
+    QVERIFY(contexts.currentContexts().isEmpty());
+    const QStringList lines = m_recorder->take();
+    QVERIFY(lines.filter(QLatin1String("remove context")).size() == 1);
+    QCOMPARE(lines.filter(QLatin1String("set context")), QStringList());
 }
 
 static void proxiesFirstOrLast()
