@@ -85,5 +85,6 @@ int main(int argc, char** argv)
     Bench::addDocumentRows();
     Bench::addOptionRows();
     Bench::addPoolRows();
+    Bench::addTextRows();
     benchmark::RunSpecifiedBenchmarks();
 }

@@ -69,5 +69,6 @@ void addCommandLineRows();
 void addDocumentRows();
 void addOptionRows();
 void addPoolRows();
+void addTextRows();
 
 } // namespace Bench

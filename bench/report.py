@@ -34,6 +34,8 @@ LIMITS = {
     "options/build, flat": {"hand": 1.2, "KPageDialog": (0.01, ("1000",))},
     "options/build, deep": {"hand": 1.2, "KPageDialog": (0.01, ("1000",))},
     "pool/add and destroy": {"hand": 1.3},
+    "texts/open 20 MB": {"QPlainTextEdit": 1.1},
+    "texts/open a line of 1 MB": {"QPlainTextEdit": 1.1},
 }
 
 TITLES = {
@@ -49,6 +51,7 @@ TITLES = {
     "documents": ("Document area", "Sizes are open documents."),
     "options": ("Options dialog", "Sizes are pages, in one group or five levels deep."),
     "pool": ("Object pool", "Sizes are objects."),
+    "texts": ("Texts of the Workbench", "A file that can be saved byte for byte, beside a bare editor."),
 }
 
 

@@ -34,7 +34,7 @@ void Document::setContent(QWidget* content)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
     layout->addWidget(m_changeBar);
-    layout->addWidget(content);
+    layout->addWidget(content, 1);
     view->setFocusProxy(content);
     setWidget(view);
     connect(m_changeBar, &FileChangeBar::keepRequested, m_changeBar, &QWidget::hide);

@@ -5,6 +5,7 @@
 #include "proxy_act.h"
 
 #include <QAction>
+#include <QGuiApplication>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -39,6 +40,14 @@ static QString obstacleOf(const QAction* action)
         : FindActionDialog::tr("no context of it is in force");
 }
 
+// Keys have a direction of their own.
+static QString leftToRight(const QString& keys)
+{
+    return keys.isEmpty() || !QGuiApplication::isRightToLeft()
+        ? keys
+        : QChar(0x200e) + keys + QChar(0x200e);
+}
+
 FindActionDialog::FindActionDialog(const QString& menuBar, QWidget* parent)
     : QDialog(parent)
     , m_field(new QLineEdit(this))
@@ -46,7 +55,7 @@ FindActionDialog::FindActionDialog(const QString& menuBar, QWidget* parent)
 {
     setObjectName(QStringLiteral("find_action"));
     setWindowTitle(tr("Find Action"));
-    resize(620, 380);
+    resize(860, 420);
     m_field->setObjectName(QStringLiteral("find_action_text"));
     m_field->setAccessibleName(tr("Part of the action's text"));
     m_field->setPlaceholderText(tr("Part of the action's text"));
@@ -83,8 +92,9 @@ void FindActionDialog::fill(const QList<QAction*>& actions, const QString& path)
         if (action->isSeparator() || !action->isVisible())
             continue;
         const QString obstacle = obstacleOf(action);
-        auto* item = new QTreeWidgetItem(
-            m_list, {text, path, action->shortcut().toString(QKeySequence::NativeText), obstacle});
+        auto* item = new QTreeWidgetItem(m_list,
+            {text, path, leftToRight(action->shortcut().toString(QKeySequence::NativeText)),
+                obstacle});
         item->setIcon(0, action->icon());
         item->setData(0, ActionRole, QVariant::fromValue(QPointer<QObject>(action)));
         for (int column = 0; !obstacle.isEmpty() && column < m_list->columnCount(); ++column)

@@ -10,10 +10,14 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTextBlock>
+#include <QToolButton>
+#include <QVBoxLayout>
 
 FindBar::FindBar(QPlainTextEdit* editor, QWidget* parent)
     : QWidget(parent)
     , m_editor(editor)
+    , m_findRow(new QWidget(this))
+    , m_replaceRow(new QWidget(this))
     , m_text(new QLineEdit(this))
     , m_replacement(new QLineEdit(this))
     , m_result(new QLabel(this))
@@ -21,7 +25,13 @@ FindBar::FindBar(QPlainTextEdit* editor, QWidget* parent)
     , m_words(new QCheckBox(tr("&Whole Words"), this))
 {
     setObjectName(QStringLiteral("find_bar"));
-    new WrapLayout(this);
+    auto* rows = new QVBoxLayout(this);
+    rows->setContentsMargins(0, 0, 0, 0);
+    rows->setSpacing(0);
+    rows->addWidget(m_findRow);
+    rows->addWidget(m_replaceRow);
+    auto* row = new WrapLayout(m_findRow);
+    auto* replaceRow = new WrapLayout(m_replaceRow);
     m_text->setObjectName(QStringLiteral("find_text"));
     m_text->setPlaceholderText(tr("Find"));
     m_text->setAccessibleName(tr("Text to find"));
@@ -32,19 +42,19 @@ FindBar::FindBar(QPlainTextEdit* editor, QWidget* parent)
     m_case->setObjectName(QStringLiteral("find_case"));
     m_words->setObjectName(QStringLiteral("find_words"));
 
-    layout()->addWidget(m_text);
-    layout()->addWidget(m_result);
-    QPushButton* const previous = addButton(tr("&Previous"), "find_previous");
-    QPushButton* const next = addButton(tr("&Next"), "find_next");
-    layout()->addWidget(m_case);
-    layout()->addWidget(m_words);
-    QPushButton* const closer = addButton(QStringLiteral("\u00d7"), "find_close");
-    closer->setFlat(true);
+    QPushButton* const previous = createButton(tr("&Previous"), "find_previous");
+    QPushButton* const next = createButton(tr("&Next"), "find_next");
+    auto* closer = new QToolButton(this);
+    closer->setText(QStringLiteral("\u00d7"));
+    closer->setAutoRaise(true);
     closer->setToolTip(tr("Close the find bar"));
     closer->setAccessibleName(closer->toolTip());
-    layout()->addWidget(m_replacement);
-    m_replace = addButton(tr("&Replace"), "find_replace");
-    m_replaceAll = addButton(tr("Replace &All"), "find_replace_all");
+    m_replace = createButton(tr("&Replace"), "find_replace");
+    m_replaceAll = createButton(tr("Replace &All"), "find_replace_all");
+    for (QWidget* part : QWidgetList{m_text, m_result, previous, next, m_case, m_words, closer})
+        row->addWidget(part);
+    for (QWidget* part : QWidgetList{m_replacement, m_replace, m_replaceAll})
+        replaceRow->addWidget(part);
     // As wide as a button is not.
     for (QLineEdit* field : {m_text, m_replacement})
         field->setMinimumWidth(2 * m_replaceAll->sizeHint().width());
@@ -58,24 +68,20 @@ FindBar::FindBar(QPlainTextEdit* editor, QWidget* parent)
     connect(m_replacement, &QLineEdit::returnPressed, this, &FindBar::replace);
     connect(m_replace, &QPushButton::clicked, this, &FindBar::replace);
     connect(m_replaceAll, &QPushButton::clicked, this, &FindBar::replaceAll);
-    connect(closer, &QPushButton::clicked, this, &FindBar::close);
+    connect(closer, &QToolButton::clicked, this, &FindBar::close);
     hide();
 }
 
-QPushButton* FindBar::addButton(const QString& text, const char* name)
+QPushButton* FindBar::createButton(const QString& text, const char* name)
 {
     auto* const button = new QPushButton(text, this);
     button->setObjectName(QLatin1String(name));
-    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(text) + 16);
-    layout()->addWidget(button);
     return button;
 }
 
 void FindBar::open(bool withReplace)
 {
-    for (QWidget* widget : {static_cast<QWidget*>(m_replacement), static_cast<QWidget*>(m_replace),
-             static_cast<QWidget*>(m_replaceAll)})
-        widget->setVisible(withReplace);
+    m_replaceRow->setVisible(withReplace);
     const QString selected = m_editor->textCursor().selectedText();
     if (!selected.isEmpty() && !selected.contains(QChar::ParagraphSeparator))
         m_text->setText(selected);
@@ -121,7 +127,7 @@ void FindBar::findFrom(const QTextCursor& start, bool backwards)
 void FindBar::find(bool backwards)
 {
     if (m_text->text().isEmpty())
-        open(m_replace->isVisible());
+        open(m_replaceRow->isVisible());
     else
         findFrom(m_editor->textCursor(), backwards);
 }

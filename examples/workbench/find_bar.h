@@ -29,7 +29,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
 
 private:
-    QPushButton* addButton(const QString& text, const char* name);
+    QPushButton* createButton(const QString& text, const char* name);
     QRegularExpression expression() const;
     void findTyped();
     void findFrom(const QTextCursor& start, bool backwards);
@@ -40,6 +40,8 @@ private:
     void close();
 
     QPlainTextEdit* m_editor;
+    QWidget* m_findRow;
+    QWidget* m_replaceRow;
     QLineEdit* m_text;
     QLineEdit* m_replacement;
     QLabel* m_result;

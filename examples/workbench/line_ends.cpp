@@ -89,18 +89,18 @@ QString LineEnds::fill(QPlainTextEdit* editor, const QString& text)
         return ends().at(usual);
     QTextDocument* const document = editor->document();
     document->setUndoRedoEnabled(false);
-    QTextCursor cursor(document);
-    cursor.beginEditBlock();
+    QTextCursor whole(document);
+    whole.beginEditBlock();
+    QTextBlock block = document->begin();
     Ends marked(text);
-    for (int end = marked.next(); end >= 0; end = marked.next()) {
-        if (end != usual) {
-            QTextBlockFormat format = cursor.blockFormat();
-            format.setProperty(LineEnd, end);
-            cursor.setBlockFormat(format);
-        }
-        cursor.movePosition(QTextCursor::NextBlock);
+    for (int end = marked.next(); end >= 0; end = marked.next(), block = block.next()) {
+        if (end == usual)
+            continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setProperty(LineEnd, end);
+        QTextCursor(block).setBlockFormat(format);
     }
-    cursor.endEditBlock();
+    whole.endEditBlock();
     document->setUndoRedoEnabled(true);
     document->setModified(false);
     return ends().at(usual);

@@ -142,6 +142,9 @@ public:
             take(dialog, QStringLiteral("find-action"));
         });
         takeDialog(&m_window, "edit.preferences", takePreferences);
+        closeAll();
+        take(&m_window, QStringLiteral("empty"));
+        m_window.open({m_notes, m_hills, m_poem});
         takeChanged();
         takeMany();
     }
@@ -196,10 +199,13 @@ private:
         menu->popup(m_window.mapToGlobal(QPoint(200, 25)));
         take(menu, QStringLiteral("many-menu"));
         menu->close();
+    }
+
+    void closeAll()
+    {
         const QList<Zentu::IMdiSubWindow*> documents = m_area->subWindows();
         for (Zentu::IMdiSubWindow* document : documents)
             document->close();
-        take(&m_window, QStringLiteral("empty"));
     }
 
     QString m_home;

@@ -3,6 +3,7 @@
 
 #include "proxy_act.h"
 
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeySequenceEdit>
 #include <QLabel>
@@ -128,8 +129,11 @@ void ShortcutsPage::edit(const QKeySequence& shortcut)
 
 void ShortcutsPage::fillRow(int row)
 {
-    const QString text = m_shortcuts.value(m_ids.at(row)).toString(QKeySequence::NativeText);
-    m_list->topLevelItem(row)->setText(1, text);
+    QString keys = m_shortcuts.value(m_ids.at(row)).toString(QKeySequence::NativeText);
+    // Keys have a direction of their own.
+    if (QGuiApplication::isRightToLeft())
+        keys = QChar(0x200e) + keys + QChar(0x200e);
+    m_list->topLevelItem(row)->setText(1, keys);
 }
 
 // Two actions with the same keys would both be silent.

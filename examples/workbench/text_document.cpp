@@ -47,7 +47,7 @@ TextDocument::TextDocument(const QString& path, const TextFile& file, const QStr
     auto* layout = new QVBoxLayout(view);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-    layout->addWidget(m_editor);
+    layout->addWidget(m_editor, 1);
     layout->addWidget(m_findBar);
     view->setFocusProxy(m_editor);
     setContent(view);
