@@ -37,7 +37,7 @@ constexpr std::size_t RecordedLines = 10000;
 
 /// How many characters they have together at most; older lines are forgotten sooner then. The
 /// newest line is remembered whatever its length.
-constexpr std::size_t RecordedCharacters = 16 * 1024 * 1024;
+constexpr std::size_t RecordedCharacters = std::size_t(16) * 1024 * 1024;
 
 /// The remembered lines, oldest first; a copy.
 WISP_EXPORT std::vector<Line> recordedLines();
