@@ -4,6 +4,7 @@
 #include "host_window.h"
 #include "recorder.h"
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QSaveFile>
 #include <QTemporaryDir>
@@ -24,6 +25,7 @@ private Q_SLOTS:
 
     void changeIsToldOnceItIsQuiet();
     void slowWriterIsWaitedFor();
+    void changeInThePauseOfTheWatcherCounts();
     void replacedFileIsToldAgainAndAgain();
     void fileThatWasAwayIsFoundAgain();
     void fileThatIsNotThereIsToldWhenItComes();
@@ -101,6 +103,18 @@ void FileReloaderTest::slowWriterIsWaitedFor()
     }
     QVERIFY(m_told.isEmpty());
     QTRY_COMPARE(m_told, QStringList(QString::fromLatin1(text)));
+}
+
+void FileReloaderTest::changeInThePauseOfTheWatcherCounts()
+{
+    write("half ");
+    QTest::qWait(200);
+    write("and half", QIODevice::Append);
+    QElapsedTimer quiet;
+    quiet.start();
+    QTRY_COMPARE(m_told, QStringList(QStringLiteral("half and half")));
+    // Timers may be a twentieth early.
+    QVERIFY(quiet.elapsed() >= FileReloader::QuietMs * 9 / 10);
 }
 
 void FileReloaderTest::replacedFileIsToldAgainAndAgain()

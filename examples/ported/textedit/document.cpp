@@ -23,20 +23,16 @@
 #include <QTextCodec>
 #endif
 
-namespace {
+static const QString Left = QStringLiteral("align.left");
+static const QString Center = QStringLiteral("align.center");
+static const QString Right = QStringLiteral("align.right");
+static const QString Justify = QStringLiteral("align.justify");
 
-const QString Left = QStringLiteral("align.left");
-const QString Center = QStringLiteral("align.center");
-const QString Right = QStringLiteral("align.right");
-const QString Justify = QStringLiteral("align.justify");
-
-QList<QPair<QString, Qt::Alignment>> alignments()
+static QList<QPair<QString, Qt::Alignment>> alignments()
 {
     return {{Left, Qt::AlignLeft | Qt::AlignAbsolute}, {Center, Qt::AlignHCenter},
         {Right, Qt::AlignRight | Qt::AlignAbsolute}, {Justify, Qt::AlignJustify}};
 }
-
-} // namespace
 
 const QVector<ParagraphStyle>& Document::styles()
 {
