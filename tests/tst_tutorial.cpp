@@ -49,10 +49,6 @@ private:
     QStringList m_tabsAtFirst;
 };
 
-#define FROM_STEP(step)                                                                            \
-    if (m_step < (step))                                                                           \
-    QSKIP("in a later step")
-
 void TutorialTest::initTestCase()
 {
     m_step = QCoreApplication::applicationFilePath().right(1).toInt();
@@ -127,14 +123,16 @@ void TutorialTest::windowIsShown()
 
 void TutorialTest::statusLineShowsWhatTheBusTells()
 {
-    FROM_STEP(2);
+    if (m_step < 2)
+        return;
     if (m_step < 8)
         QCOMPARE(m_messageAtFirst, QStringLiteral("Welcome"));
 }
 
 void TutorialTest::actionDoesWhatAlwaysApplies()
 {
-    FROM_STEP(3);
+    if (m_step < 3)
+        return;
     m_window->statusBar()->showMessage(QStringLiteral("something"));
     QCOMPARE(clear()->text(), QStringLiteral("&Clear"));
     QCOMPARE(clear()->shortcut(), QKeySequence(QStringLiteral("Ctrl+L")));
@@ -145,7 +143,8 @@ void TutorialTest::actionDoesWhatAlwaysApplies()
 
 void TutorialTest::newNoteHasATab()
 {
-    FROM_STEP(4);
+    if (m_step < 4)
+        return;
     const auto* const tabs = area()->findChild<QTabBar*>();
     addNote();
     addNote();
@@ -155,7 +154,8 @@ void TutorialTest::newNoteHasATab()
 
 void TutorialTest::actionFollowsTheCurrentNote()
 {
-    FROM_STEP(5);
+    if (m_step < 5)
+        return;
     Zentu::IMdiSubWindow* const note = addNote();
     auto* const editor = note->findChild<QPlainTextEdit*>();
     QTRY_COMPARE(clear()->text(), QStringLiteral("&Clear Note"));
@@ -171,7 +171,8 @@ void TutorialTest::actionFollowsTheCurrentNote()
 
 void TutorialTest::changedNoteIsAskedFor()
 {
-    FROM_STEP(6);
+    if (m_step < 6)
+        return;
     addNote();
     Zentu::IMdiSubWindow* const changed = addNote();
     changed->findChild<QPlainTextEdit*>()->insertPlainText(QStringLiteral("bread"));
@@ -187,7 +188,8 @@ void TutorialTest::changedNoteIsAskedFor()
 
 void TutorialTest::preferencesAreApplied()
 {
-    FROM_STEP(7);
+    if (m_step < 7)
+        return;
     answer<Zentu::OptionDialog>([](Zentu::OptionDialog* dialog) {
         dialog->findChild<QSpinBox*>()->setValue(23);
         dialog->accept();
@@ -198,7 +200,8 @@ void TutorialTest::preferencesAreApplied()
 
 void TutorialTest::commandLineBringsTitleAndNotes()
 {
-    FROM_STEP(8);
+    if (m_step < 8)
+        return;
     // Qt adds the title of the maximized note.
     QCOMPARE(m_titleAtFirst, QStringLiteral("My notes - [Note]"));
     QCOMPARE(m_tabsAtFirst, QStringList({QStringLiteral("R&&D"), QStringLiteral("Buy bread")}));
