@@ -31,7 +31,8 @@ public:
     /// it, the next call creates an empty one.
     static ActionManager* instance();
 
-    /// Creates an empty registry that instance() does not know. Hosts use instance().
+    /// Creates an empty registry that instance() does not know: for a window of several, which
+    /// hands it on. A host with one window uses instance().
     ActionManager();
 
     /// Makes instance() forget its registry, whichever object is destroyed. The widgets live on.

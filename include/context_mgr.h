@@ -36,7 +36,8 @@ public:
     /// it, the next call creates an empty one.
     static ContextManager* instance();
 
-    /// Creates a manager without contexts that instance() does not know. Hosts use instance().
+    /// Creates a manager without contexts that instance() does not know: for a window of several,
+    /// which hands it on. A host with one window uses instance().
     ContextManager();
 
     /// Makes instance() forget its manager, whichever object is destroyed.

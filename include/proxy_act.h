@@ -130,7 +130,8 @@ public:
     /// it, the next call creates an empty one.
     static ProxyActionManager* instance();
 
-    /// Creates an empty manager that instance() does not know. Hosts use instance().
+    /// Creates an empty manager that instance() does not know: for a window of several, which hands
+    /// it on. A host with one window uses instance().
     ProxyActionManager();
 
     /// Makes instance() forget its manager, whichever object is destroyed. The actions live on.
