@@ -123,7 +123,7 @@ void ShortcutsPage::showCurrent()
 void ShortcutsPage::edit(const QKeySequence& shortcut)
 {
     m_shortcuts[currentId()] = shortcut;
-    fillRow(m_ids.indexOf(currentId()));
+    fillRow(static_cast<int>(m_ids.indexOf(currentId())));
     tellConflict();
 }
 
