@@ -25,6 +25,7 @@ private Q_SLOTS:
 
     void changeIsToldOnceItIsQuiet();
     void slowWriterIsWaitedFor();
+    void slowWriterIsWaitedForWhenTheFileWasAway();
     void changeInThePauseOfTheWatcherCounts();
     void replacedFileIsToldAgainAndAgain();
     void fileThatWasAwayIsFoundAgain();
@@ -41,6 +42,7 @@ private:
         QVERIFY(file.open(mode));
         QCOMPARE(file.write(text), qint64(text.size()));
     }
+    QString writeSlowly();
     void replace(const QByteArray& text)
     {
         QSaveFile file(path());
@@ -89,20 +91,36 @@ void FileReloaderTest::changeIsToldOnceItIsQuiet()
     QCOMPARE(m_told.last(), QStringLiteral("three"));
 }
 
-void FileReloaderTest::slowWriterIsWaitedFor()
+// Longer than the pause of the watcher, and never longer silent than a reloader waits.
+QString FileReloaderTest::writeSlowly()
 {
     QFile file(path());
-    QVERIFY(file.open(QIODevice::WriteOnly));
+    const bool isOpen = file.open(QIODevice::WriteOnly);
     QByteArray text;
-    // Longer than the pause of the watcher, and never longer silent than a reloader waits.
-    for (int line = 0; line < 8; ++line) {
+    for (int line = 0; isOpen && line < 8; ++line) {
         text += "line\n";
         file.write("line\n");
         file.flush();
         QTest::qWait(60);
     }
-    QVERIFY(m_told.isEmpty());
-    QTRY_COMPARE(m_told, QStringList(QString::fromLatin1(text)));
+    return QString::fromLatin1(text);
+}
+
+void FileReloaderTest::slowWriterIsWaitedFor()
+{
+    const QString text = writeSlowly();
+    QCOMPARE(m_told, QStringList());
+    QTRY_COMPARE(m_told, QStringList(text));
+}
+
+void FileReloaderTest::slowWriterIsWaitedForWhenTheFileWasAway()
+{
+    QVERIFY(QFile::remove(path()));
+    QTRY_COMPARE(m_told, QStringList(QStringLiteral("gone")));
+    m_told.clear();
+    const QString text = writeSlowly();
+    QCOMPARE(m_told, QStringList());
+    QTRY_COMPARE(m_told, QStringList(text));
 }
 
 void FileReloaderTest::changeInThePauseOfTheWatcherCounts()
