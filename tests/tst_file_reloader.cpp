@@ -182,11 +182,16 @@ void FileReloaderTest::acceptedChangeIsNotTold()
 void FileReloaderTest::removedFileIsNotTold()
 {
     write("two");
+    // The change has been heard, and is waited with.
+    QTest::qWait(100);
     m_reloader->remove(path());
     m_reloader->remove(path());
     m_reloader->accept(path());
+    // The watcher watches it again all the same.
+    QTest::qWait(FileReloader::QuietMs);
+    write("three");
     QTest::qWait(FileReloader::QuietMs + 60);
-    QVERIFY(m_told.isEmpty());
+    QCOMPARE(m_told, QStringList());
 }
 
 void FileReloaderTest::reactionMayDeleteTheReloader()
