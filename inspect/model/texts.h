@@ -127,7 +127,7 @@ inline constexpr std::string_view registry = "Zentu::ActionManager";
 inline constexpr std::string_view document = "MdiWindow";
 inline constexpr std::string_view area = "Zentu::MdiArea";
 inline constexpr std::string_view dialog = "Zentu::OptionDialog";
-inline constexpr std::string_view nobody = "";
+inline constexpr std::string_view nobody;
 inline constexpr std::string_view pool = "Zentu::ObjectPool";
 inline constexpr std::string_view watcher = "Zentu::FileWatcher";
 } // namespace Speakers

@@ -40,26 +40,24 @@ public:
         while (!line.empty() && isBlank(line.back()))
             line.remove_suffix(1);
 
-        std::size_t at = 0;
-        while (at < line.size()) {
-            const std::size_t end = line[at] == '"' ? stringEnd(line, at)
-                : isAddress(line, at)               ? addressEnd(line, at)
-                                                    : at + 1;
-            if (line[at] == '0' && end > at + 1) {
+        result.reserve(result.size() + line.size());
+        for (std::size_t at = 0; at < line.size();) {
+            if (line[at] == '"') {
+                const std::size_t end = stringEnd(line, at);
+                appendString(result, line.substr(at, end - at));
+                at = end;
+            } else if (isAddress(line, at)) {
+                const std::size_t end = addressEnd(line, at);
                 const std::string_view className = classBefore(line, at);
                 result += nameOf(line.substr(at, end - at), className);
                 at = className == "QAction" ? appendFields(result, line, end) : end;
-                continue;
-            }
-            if (line.substr(at, 6) == "QList(" && at > 0 && isBlank(line[at - 1])) {
+            } else if (line.substr(at, 6) == "QList(" && at > 0 && isBlank(line[at - 1])) {
                 at += 5;
-                continue;
+            } else {
+                const std::size_t end = plainEnd(line, at);
+                result += line.substr(at, end - at);
+                at = end;
             }
-            if (line[at] == '"')
-                appendString(result, line.substr(at, end - at));
-            else
-                result += line[at];
-            at = end;
         }
         forgetWhoGoes(line);
         return result;
@@ -133,6 +131,15 @@ private:
             result = "thread-" + std::to_string(number) + ": ";
     }
 
+    // Up to what may be a string, an address or a list.
+    static std::size_t plainEnd(std::string_view line, std::size_t at)
+    {
+        do
+            ++at;
+        while (at < line.size() && line[at] != '"' && line[at] != '0' && line[at] != 'Q');
+        return at;
+    }
+
     static std::size_t stringEnd(std::string_view line, std::size_t at)
     {
         for (++at; at < line.size() && line[at] != '"'; ++at) {
@@ -185,10 +192,10 @@ private:
     // The address that the line names last belongs to nobody after a line that tells of an end.
     void forgetWhoGoes(std::string_view line)
     {
-        const bool isEnd = contains(line, " destroyed ") || contains(line, " destoryed: ")
-            || contains(line, " unsubscribe all events for: ")
-            || (line.size() > 12 && line.substr(line.size() - 12) == ") destroying");
-        if (!isEnd)
+        const bool isEnd = contains(line, " dest")
+            && (contains(line, " destroyed ") || contains(line, " destoryed: ")
+                || (line.size() > 12 && line.substr(line.size() - 12) == ") destroying"));
+        if (!isEnd && !contains(line, " unsubscribe all events for: "))
             return;
         std::size_t last = std::string_view::npos;
         for (std::size_t at = 0; at < line.size();) {

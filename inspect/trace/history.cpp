@@ -105,7 +105,7 @@ int normal(const Request& request)
             list->add(QJsonObject{
                 {QStringLiteral("line"), number}, {QStringLiteral("text"), decoded(normalized)}});
         else
-            std::printf("%.*s\n", static_cast<int>(normalized.size()), normalized.data());
+            std::fwrite((normalized + '\n').data(), 1, normalized.size() + 1, stdout);
     });
     return isRead ? Fine : Failed;
 }
@@ -132,7 +132,7 @@ public:
         while (m_ahead.size() <= ahead && m_source.next(text)) {
             ++m_read;
             if (readLine(text).reading != Reading::Note)
-                m_ahead.push_back({m_normalizer.normalized(text), m_read});
+                m_ahead.emplace_back(m_normalizer.normalized(text), m_read);
         }
         return ahead < m_ahead.size() ? &m_ahead[ahead].first : nullptr;
     }

@@ -9,7 +9,7 @@
 
 namespace Zentu::Inspect {
 
-static constexpr std::size_t PieceSize = 1024U * 1024;
+static constexpr std::size_t PieceSize = std::size_t{1024} * 1024;
 
 bool LineSource::open(const QString& path)
 {

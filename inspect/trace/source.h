@@ -26,7 +26,7 @@ public:
 
 private:
     // A longer line is read in pieces.
-    static constexpr std::size_t LongestLine = 64U * 1024 * 1024;
+    static constexpr std::size_t LongestLine = std::size_t{64} * 1024 * 1024;
 
     bool fill();
     void showProgress();
