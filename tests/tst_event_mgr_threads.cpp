@@ -5,7 +5,9 @@
 #include <QTest>
 
 #include <atomic>
+#include <functional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 using namespace Zentu;
@@ -24,6 +26,20 @@ public:
 
     std::atomic<int> count{0};
     std::atomic<int> sum{0};
+};
+
+/// A handler that does what the test says.
+class Doing : public IEventHandler
+{
+public:
+    explicit Doing(std::function<void()> reaction)
+        : m_react(std::move(reaction))
+    {
+    }
+    void handleEvent(IEvent* /*event*/) override { m_react(); }
+
+private:
+    std::function<void()> m_react;
 };
 
 void runInThreads(int threads, const std::function<void(int)>& work)
@@ -47,6 +63,7 @@ private Q_SLOTS:
     void eventsArriveFromAllThreads_data();
     void eventsArriveFromAllThreads();
     void handlersArePausedFromAnotherThread();
+    void deliveryKeepsItsListWhateverThreadChangesIt();
 };
 
 void EventManagerThreadsTest::subscriptionsChangeFromAllThreads()
@@ -134,6 +151,32 @@ void EventManagerThreadsTest::handlersArePausedFromAnotherThread()
     const int before = counter.count;
     EventManager::instance()->postEvent(new IEvent(QStringLiteral("pause")));
     QCOMPARE(counter.count.load(), before + 1);
+}
+
+void EventManagerThreadsTest::deliveryKeepsItsListWhateverThreadChangesIt()
+{
+    const QString type = QStringLiteral("held");
+    EventManager* const bus = EventManager::instance();
+    Counter left;
+    Counter paused;
+    Counter added;
+    Doing first([&] {
+        std::thread([&] {
+            bus->unsubscribeAll(&left);
+            paused.setReceiving(false);
+            if (!bus->getSubscribersFor(type).contains(&added))
+                added.subscribe(type);
+        }).join();
+    });
+    left.subscribe(type);
+    paused.subscribe(type);
+    first.subscribe(type);
+    for (const int counted : {0, 1}) {
+        bus->postEvent(new IEvent(type), EventManager::Direct);
+        QCOMPARE(left.count.load(), 1);
+        QCOMPARE(paused.count.load(), 0);
+        QCOMPARE(added.count.load(), counted);
+    }
 }
 
 QTEST_GUILESS_MAIN(EventManagerThreadsTest)
