@@ -89,6 +89,7 @@ private Q_SLOTS:
     void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName_data();
     void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName();
     void objectDeletedAfterAQueuedCallIsPrintedWithItsName();
+    void objectDeletedInAnEventThatIsNoCallIsPrintedWithItsName();
     void slotCalledByNameTakesNull_data();
     void slotCalledByNameTakesNull();
     void deadSingletonIsStillReturned();
@@ -437,6 +438,24 @@ void ObjectPoolTest::objectDeletedAfterAQueuedCallIsPrintedWithItsName()
         + print(object.get()) + QLatin1Char(' '));
     Recorder recorder;
     object.reset();
+    QCOMPARE(recorder.take(), QStringList(line));
+}
+
+void ObjectPoolTest::objectDeletedInAnEventThatIsNoCallIsPrintedWithItsName()
+{
+    struct Deleting : ObjectPool
+    {
+        std::unique_ptr<QObject> object = std::make_unique<QObject>();
+        void customEvent(QEvent* /*event*/) override { object.reset(); }
+    };
+    Deleting pool;
+    pool.object->setObjectName(QStringLiteral("object"));
+    pool.addObject(pool.object.get());
+    const QString line = trace(print(&pool) + QLatin1String(" object destoryed: ")
+        + print(pool.object.get()) + QLatin1Char(' '));
+    Recorder recorder;
+    QEvent event(QEvent::User);
+    QCoreApplication::sendEvent(&pool, &event);
     QCOMPARE(recorder.take(), QStringList(line));
 }
 
