@@ -1,4 +1,5 @@
-# What is installed, in three parts: what programs run with, what they are built with, the Workbench.
+# What is installed, in parts: what programs run with and are built with, for each Qt; the logger, the texts and
+# the headers, which are the same for either; and programs.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -18,15 +19,19 @@ endforeach()
 # Each finds the other where it stands, so the folder can be moved.
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
-install(TARGETS ${libraries} EXPORT ${zentu_name}Targets
+install(TARGETS ZentuKit EXPORT ${zentu_name}Targets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime)
-install(FILES ${zentu_public_headers} DESTINATION "${headers}" COMPONENT development)
-install(DIRECTORY "${zentu_class_headers}/" DESTINATION "${headers}" COMPONENT development)
+if(NOT ZENTU_WISP_LIBRARY)
+  install(TARGETS zentu_wisp EXPORT ${zentu_name}Targets
+    LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT logger)
+endif()
+install(FILES ${zentu_public_headers} DESTINATION "${headers}" COMPONENT headers)
+install(DIRECTORY "${zentu_class_headers}/" DESTINATION "${headers}" COMPONENT headers)
 if(NOT ZENTU_WISP_LIBRARY)
   install(FILES "${PROJECT_SOURCE_DIR}/wisp/wisp_recorder.h"
     "${PROJECT_SOURCE_DIR}/inspect/testing/zentu_trace_normal.h"
     "${PROJECT_SOURCE_DIR}/inspect/testing/zentu_trace_test.h"
-    DESTINATION "${headers}" COMPONENT development)
+    DESTINATION "${headers}" COMPONENT headers)
 endif()
 
 install(EXPORT ${zentu_name}Targets NAMESPACE ZentuKit::
@@ -67,7 +72,7 @@ endif()
 
 # What a program is begun with. In the tree the command finds the template among the examples.
 install(DIRECTORY "${PROJECT_SOURCE_DIR}/examples/new-host"
-  DESTINATION "${CMAKE_INSTALL_DATADIR}/ZentuKit" COMPONENT development)
+  DESTINATION "${CMAKE_INSTALL_DATADIR}/ZentuKit" COMPONENT headers)
 file(RELATIVE_PATH template
   "/prefix/${CMAKE_INSTALL_BINDIR}" "/prefix/${CMAKE_INSTALL_DATADIR}/ZentuKit/new-host")
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${PROJECT_SOURCE_DIR}/scripts/new-host")
@@ -75,19 +80,19 @@ file(READ "${PROJECT_SOURCE_DIR}/scripts/new-host" command)
 string(REPLACE "../examples/new-host" "${template}" command "${command}")
 file(WRITE "${PROJECT_BINARY_DIR}/zentu-new-host" "${command}")
 install(PROGRAMS "${PROJECT_BINARY_DIR}/zentu-new-host"
-  DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT development)
+  DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT headers)
 
 # The pages lie beside each other as they do in the tree, so that their links hold.
 set(documents "${CMAKE_INSTALL_DATADIR}/doc")
 set(ZENTU_QCH "" CACHE FILEPATH "The zentukit.qch of scripts/docs, to be installed")
-install(FILES CHANGELOG.md DESTINATION "${documents}/libzentukit" COMPONENT runtime)
+install(FILES CHANGELOG.md DESTINATION "${documents}/libwisp" COMPONENT logger)
 install(FILES README.md CHANGELOG.md CODE_OF_CONDUCT.md CONTRIBUTING.md LICENSE SECURITY.md ${ZENTU_QCH}
-  DESTINATION "${documents}/libzentukit-dev" COMPONENT development)
-install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT development
+  DESTINATION "${documents}/libzentukit-dev" COMPONENT headers)
+install(DIRECTORY docs DESTINATION "${documents}/libzentukit-dev" COMPONENT headers
   FILES_MATCHING PATTERN "*.md" PATTERN "*.png" PATTERN "*.svg"
   PATTERN man EXCLUDE PATTERN abi EXCLUDE)
 install(DIRECTORY examples/guide examples/tutorial DESTINATION "${documents}/libzentukit-dev/examples"
-  COMPONENT development FILES_MATCHING PATTERN "*.cpp")
+  COMPONENT headers FILES_MATCHING PATTERN "*.cpp")
 
 # Compressed, as Debian has them and every man program reads them; without a time, so that equal files
 # are equal.
@@ -105,7 +110,7 @@ function(zentu_install_compressed file name destination component)
   install(FILES "${compressed}/${name}" DESTINATION "${destination}" COMPONENT ${component})
 endfunction()
 zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-new-host.1" zentu-new-host.1.gz
-  "${CMAKE_INSTALL_MANDIR}/man1" development)
+  "${CMAKE_INSTALL_MANDIR}/man1" headers)
 if(TARGET zentu-workbench)
   zentu_install_compressed("${PROJECT_SOURCE_DIR}/docs/man/zentu-workbench.1" zentu-workbench.1.gz
     "${CMAKE_INSTALL_MANDIR}/man1" workbench)
