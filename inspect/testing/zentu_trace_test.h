@@ -118,11 +118,14 @@ public:
     static QString beside(const char* source, const QString& file)
     {
 #ifdef QT_TESTCASE_BUILDDIR
-        const QDir compiled(QStringLiteral(QT_TESTCASE_BUILDDIR));
+        QDir folder(QStringLiteral(QT_TESTCASE_BUILDDIR));
 #else
-        const QDir compiled;
+        QDir folder;
 #endif
-        const QFileInfo info(compiled.absoluteFilePath(QString::fromLocal8Bit(source)));
+        // The compiler ran there or in a folder above, by the version of Qt.
+        const QString name = QString::fromLocal8Bit(source);
+        while (!folder.exists(name) && folder.cdUp()) { }
+        const QFileInfo info(folder.absoluteFilePath(name));
         return QDir::cleanPath(info.dir().absoluteFilePath(file));
     }
 
