@@ -10,7 +10,7 @@
 #include <QFileInfo>
 #include <QString>
 #include <QStringList>
-#include <QTest>
+#include <QtTest/QTest>
 
 #include <algorithm>
 #include <mutex>
