@@ -459,7 +459,7 @@ public:
         // Marks the place. At an end of the menu a separator does not show.
         QAction* const end = menu->addSeparator();
         auto* const entries = new QActionGroup(end);
-        const auto fill = [=] { fillDocumentList(menu, end, entries); };
+        const auto fill = [this, menu, end, entries] { fillDocumentList(menu, end, entries); };
         fill();
         const auto filling = connect(menu, &QMenu::aboutToShow, entries, fill);
         connect(this, &QObject::destroyed, entries, [filling] { disconnect(filling); });

@@ -28,6 +28,11 @@ Session::Session(Listener& listener, QObject* parent)
     m_timer.start(100);
 }
 
+static QString textBehind(const QByteArray& label, const QByteArray& note)
+{
+    return QString::fromUtf8(note.mid(label.size()));
+}
+
 void Session::takeLines()
 {
     std::vector<Record> records = m_listener.take();
@@ -45,8 +50,8 @@ void Session::replay(Record record)
     if (line.is(Text::Post))
         keepEvent(line, record);
     if (line.is(Text::Subscribe) && !record.notes.isEmpty()) {
-        m_handlers.insert(line.items[0].address,
-            {QString::fromUtf8(record.notes.first().mid(qstrlen("handler: "))), record.thread});
+        m_handlers.insert(
+            line.items[0].address, {textBehind("handler: ", record.notes.first()), record.thread});
     }
     m_program.feed(line);
     if (line.is(Text::UnsubscribeAll))
@@ -82,7 +87,7 @@ void Session::keepEvent(const Line& line, const Record& record)
     event.type = plain(type);
     event.mode = nameOfMode(line.items[1].number);
     for (const QByteArray& note : record.notes)
-        event.values.append(QString::fromUtf8(note.mid(qstrlen("value: "))));
+        event.values.append(textBehind("value: ", note));
     const auto bus = m_program.buses().find(line.speaker.address);
     if (bus != m_program.buses().end()) {
         const auto known = bus->second.find(type);

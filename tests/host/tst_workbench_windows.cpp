@@ -227,6 +227,8 @@ void WorkbenchWindowsTest::currentTabIsMarked()
 void WorkbenchWindowsTest::iconsFollowThePalette()
 {
     Settings::instance()->setAppearance(Settings::Appearance::Light);
+    // Qt 6 tells windows of a palette from the event loop.
+    QTRY_COMPARE(m_window->palette().color(QPalette::ButtonText), QColor(Qt::black));
     m_window->open({file("a.txt", "text")});
     QWidget* const icon = m_window->menuBar()->cornerWidget(Qt::TopLeftCorner);
     QVERIFY(icon);
