@@ -44,6 +44,7 @@ public:
     /// Creates a parser without declarations. @p appName is the program's name in the help text; by
     /// default the file name of the running executable.
     explicit CmdLineParser(const QString& appName = QString());
+    /// Destroys the parser with its declarations and values.
     ~CmdLineParser();
 
     CmdLineParser(const CmdLineParser&) = delete;

@@ -37,6 +37,7 @@ public:
     {
     }
 
+    /// Destroys the page. The widget of pageWidget() is its own business.
     ~IOptionPage() override = default;
 
     /// The page's path in the category tree, outermost name first, such as "Editor", "Font". A page

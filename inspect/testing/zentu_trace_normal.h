@@ -27,6 +27,7 @@ public:
     /// Whether names have numbers. Without, an object more does not change the lines of others.
     enum Numbers { Numbered, Unnumbered };
 
+    /// Begins without names.
     explicit TraceNormalizer(Numbers numbers = Numbered)
         : m_numbers(numbers)
     {

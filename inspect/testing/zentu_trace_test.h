@@ -43,11 +43,13 @@ namespace Zentu {
 class TraceRecording
 {
 public:
+    /// Records from now on.
     TraceRecording()
         : m_sink(wisp::addSink(&TraceRecording::add, this))
     {
     }
 
+    /// Ends the recording.
     ~TraceRecording() { wisp::removeSink(m_sink); }
     Q_DISABLE_COPY(TraceRecording)
 
