@@ -356,7 +356,8 @@ void LineReaderTest::randomBytesAreRead()
         std::string bytes = sampleLine(info);
         for (int changes = random.bounded(6); changes > 0; --changes) {
             const std::size_t at = random.bounded(quint32(bytes.size()));
-            bytes.replace(at, random.bounded(3), 1, pieces[random.bounded(quint32(pieces.size()))]);
+            bytes.replace(
+                at, random.bounded(quint32(3)), 1, pieces[random.bounded(quint32(pieces.size()))]);
         }
         const Line line = readLine(bytes);
         for (const Item& item : line.items) {
