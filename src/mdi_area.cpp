@@ -223,8 +223,8 @@ void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
             previous->currentChanged(false);
             if (isOvertaken())
                 return;
-            isLeaving = false;
         }
+        isLeaving = false;
         current = activated;
         currentGuard = activated;
         isReported = false;
