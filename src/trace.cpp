@@ -51,7 +51,9 @@ TraceText& TraceText::operator<<(const char* text)
 
 TraceText& TraceText::operator<<(std::string_view ascii)
 {
-    m_text.append(ascii.data(), static_cast<int>(ascii.size()));
+    // Qt asserts that there is a text, even one of no characters.
+    if (!ascii.empty())
+        m_text.append(ascii.data(), static_cast<int>(ascii.size()));
     return *this;
 }
 
