@@ -195,7 +195,7 @@ private:
             m_window.open({writeText(m_home + QStringLiteral("page %1.txt").arg(i), "A page.\n")});
         m_area->currentSubWindow()->showMaximized();
         take(&m_window, QStringLiteral("many"));
-        QMenu* const menu = m_window.findChild<QMenu*>(QStringLiteral("menu.window"));
+        auto* const menu = m_window.findChild<QMenu*>(QStringLiteral("menu.window"));
         menu->popup(m_window.mapToGlobal(QPoint(200, 25)));
         take(menu, QStringLiteral("many-menu"));
         menu->close();
