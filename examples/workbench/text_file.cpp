@@ -156,7 +156,7 @@ QString TextFile::firstUnwritable(const QString& text) const
     if (holds(text))
         return QString();
     for (decltype(text.size()) i = 0; i < text.size(); ++i) {
-        const QString character = text.mid(i, text.at(i).isHighSurrogate() ? 2 : 1);
+        QString character = text.mid(i, text.at(i).isHighSurrogate() ? 2 : 1);
         if (!holds(character))
             return character;
         i += character.size() - 1;
