@@ -59,17 +59,15 @@ public:
     // read as one escape.
     bool string(Item& item)
     {
-        if (!skip("\""sv))
+        if (!skip(R"(")"sv))
             return false;
         const std::size_t begin = m_at;
         while (!atEnd()) {
             const char c = m_text[m_at];
-            if (c == '\\') {
+            if (c == '\\' || (c == '"' && startsWith(rest(), R"("")"sv))) {
                 m_at += 2;
             } else if (c != '"') {
                 ++m_at;
-            } else if (startsWith(rest(), "\"\""sv)) {
-                m_at += 2;
             } else {
                 item.text = m_text.substr(begin, m_at - begin);
                 ++m_at;
@@ -120,7 +118,7 @@ public:
     /// Class(0xaddress and more).
     bool object(Item& item)
     {
-        const std::size_t end = m_text.find_first_of("( \""sv, m_at);
+        const std::size_t end = m_text.find_first_of(R"(( ")"sv, m_at);
         if (end == std::string_view::npos || m_text[end] != '(' || end == m_at)
             return false;
         item.name = m_text.substr(m_at, end - m_at);
@@ -401,10 +399,10 @@ QString unescaped(std::string_view text)
     QString result;
     for (Cursor cursor(text); !cursor.atEnd();) {
         const std::string_view plain = cursor.rest().substr(
-            0, std::min(cursor.rest().find_first_of("\\\""sv), cursor.rest().size()));
+            0, std::min(cursor.rest().find_first_of(R"(\")"sv), cursor.rest().size()));
         result += decoded(plain);
         cursor.skip(plain);
-        if (cursor.skip("\"\""sv) || cursor.atEnd())
+        if (cursor.skip(R"("")"sv) || cursor.atEnd())
             continue;
         cursor.skip(cursor.rest().substr(0, 1));
         const char letter = cursor.peek();
