@@ -218,6 +218,8 @@ private Q_SLOTS:
     void backendThatDiesBeforeItIsActiveIsPassedOver();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected();
+    void removalOfAnInactiveBackendSwitchesNothing_data();
+    void removalOfAnInactiveBackendSwitchesNothing();
     void dyingBackendCanBeRemoved_data();
     void dyingBackendCanBeRemoved();
     void destructionOfAStrangerIsTracedOnly();
@@ -1083,6 +1085,36 @@ void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
         proxy.removeBackendAction(a);
     QCOMPARE(proxy.currentActiveBackendAction(), &b);
     QCOMPARE(proxy.text(), b.text());
+}
+
+void ProxyActionTest::removalOfAnInactiveBackendSwitchesNothing_data()
+{
+    QTest::addColumn<bool>("byContext");
+    QTest::newRow("by action") << false;
+    QTest::newRow("by context") << true;
+}
+
+// Even while the backend that is to be active is registered, but not switched to yet.
+void ProxyActionTest::removalOfAnInactiveBackendSwitchesNothing()
+{
+    QFETCH(bool, byContext);
+    ProxyAction proxy;
+    QAction b;
+    QList<QAction*> activeAfterRemoval;
+    Telling a([&](const char*, const QAction*) {
+        if (!proxy.getBackendAction(B))
+            return;
+        if (byContext)
+            proxy.removeBackendContext(B);
+        else
+            proxy.removeBackendAction(&b);
+        activeAfterRemoval.append(proxy.currentActiveBackendAction());
+    });
+    proxy.addBackendAction(&b, B);
+    proxy.setCurrentContext({A});
+    proxy.addBackendAction(&a, A);
+    QCOMPARE(activeAfterRemoval, QList<QAction*>{nullptr});
+    QCOMPARE(proxy.currentActiveBackendAction(), &a);
 }
 
 void ProxyActionTest::dyingBackendCanBeRemoved_data()
