@@ -317,7 +317,7 @@ bool CmdLineParser::isSet(const QString& name) const
 QString CmdLineParser::getValue(const QString& name) const
 {
     const quint32 id = d->findOptionDefine(keyOf(name)).id;
-    return id != 0 ? d->values.value(id) : QStringLiteral("");
+    return id != 0 ? d->values.value(id) : QString(QLatin1String(""));
 }
 
 QStringList CmdLineParser::positionalArguments() const
