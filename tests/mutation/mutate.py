@@ -246,12 +246,15 @@ class Place:
         shutil.copytree(TOP, self.tree, ignore=shutil.ignore_patterns("build", ".git"),
                         copy_function=shutil.copy)
         launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
+        linker = [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld=lld" for kind in ("SHARED", "EXE")] \
+            if shutil.which("ld.lld") else []
         self.run(["cmake", "-G", "Ninja", "-S", self.tree, "-B", self.build,
                   f"-DQT_MAJOR_VERSION={qt}",
-                  "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS=-g0",
+                  "-DCMAKE_BUILD_TYPE=Debug", "-DCMAKE_CXX_FLAGS_DEBUG=-g0",
+                  f"-DCMAKE_PROJECT_INCLUDE={TOP / 'tests/mutation/quick.cmake'}",
                   # A fault changes no interface, so the programs need not be linked again.
                   "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
-                  "-DZENTU_BUILD_EXAMPLES=OFF", *launcher], 120)
+                  "-DZENTU_BUILD_EXAMPLES=OFF", *launcher, *linker], 120)
         self.known = {test for test in re.findall(
             r"tst_(\w+)", self.run(["ninja", "-C", self.build, "-t", "targets", "all"], 60).stdout)}
         self.seconds = {}
@@ -264,9 +267,9 @@ class Place:
     def tests_for(self, file):
         return [test for test in TESTS[file] if test in self.known]
 
-    def compile(self, tests):
+    def compile(self, tests, **environment):
         return self.run(["ninja", "-C", self.build, "-j1", *(f"tst_{test}" for test in tests)],
-                        600).returncode == 0
+                        600, env=dict(os.environ, **environment)).returncode == 0
 
     def passes(self, test, seconds):
         # What was freed is overwritten, so that reading it is noticed.
@@ -296,7 +299,8 @@ class Place:
         path.write_text("\n".join(lines) + "\n")
         try:
             tests = self.tests_for(fault.file)
-            if not self.compile(tests):
+            # Nobody builds the same fault twice.
+            if not self.compile(tests, CCACHE_DISABLE="1"):
                 return "does not build"
             for test in tests:
                 try:
