@@ -57,13 +57,6 @@ private:
     QVariantMap m_data;
 };
 
-/// What an event is shown as, item by item, for a stream that puts no blanks between them.
-template <typename Stream>
-void describe(Stream& stream, const IEvent& event)
-{
-    stream << "IEvent(" << static_cast<const void*>(&event) << ", type = " << event.type() << ")";
-}
-
 /**
  * Writes an event as `IEvent(0x..., type = "name")`, a null event as `IEvent(0x0)`.
  *
@@ -73,7 +66,8 @@ void describe(Stream& stream, const IEvent& event)
 inline QDebug operator<<(QDebug dbg, const IEvent* event)
 {
     if (event) {
-        describe(dbg.nospace(), *event);
+        dbg.nospace() << "IEvent(" << static_cast<const void*>(event)
+                      << ", type = " << event->type() << ")";
     } else {
         dbg << "IEvent(0x0)";
     }

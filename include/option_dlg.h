@@ -50,7 +50,8 @@ public:
 
     /// Loads the settings; called by each dialog when the page is selected for the first time,
     /// before pageWidget(). It counts as done when it returns: if it runs an event loop in which
-    /// the page is left and selected again, it is called again.
+    /// the page is left and selected again, it is called again, and so are apply() and finalize()
+    /// from then on.
     virtual void initialize() = 0;
 
     /// Ends the editing; called by each OptionDialog::done(). A dialog that is deleted or hidden,

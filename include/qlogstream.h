@@ -4,6 +4,7 @@
 #include <QDebug>
 #include <QString>
 
+#include <cstddef>
 #include <type_traits>
 #include <utility>
 
@@ -84,6 +85,14 @@ public:
     qlogstream& operator<<(T item)
     {
         debug << item;
+        return *this;
+    }
+
+    /// Arrays are taken as such: one may have a printer of its own.
+    template <typename T, std::size_t Size>
+    qlogstream& operator<<(T (&items)[Size])
+    {
+        debug << items;
         return *this;
     }
 

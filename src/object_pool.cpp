@@ -9,6 +9,8 @@
 #include <QScopedValueRollback>
 #include <QWriteLocker>
 
+#include <utility>
+
 namespace Zentu {
 
 // The pool whose queued call runs in this thread.
@@ -101,7 +103,8 @@ void ObjectPool::onObjectDestroyed(QObject* obj)
         line << this << "object destoryed:";
         // An object that was destroyed in another thread is gone, or about to go, when its signal
         // arrives through the event loop: nothing but the address is left to print.
-        if (s_inQueuedCall != this)
+        // It is the first call while the event is handled; others come from destructors.
+        if (std::exchange(s_inQueuedCall, nullptr) != this)
             line << obj;
         else
             line << ("QObject(0x" + QByteArray::number(reinterpret_cast<quintptr>(obj), 16) + ')')

@@ -13,6 +13,13 @@
 
 namespace Zentu {
 
+// The action, or null while it is being destroyed: then all that is left of it is a QObject.
+static QAction* whole(QAction* action)
+{
+    const QObject* const object = action;
+    return object && object->metaObject() != &QObject::staticMetaObject ? action : nullptr;
+}
+
 /// What a proxy action knows of its contexts and backends.
 class _proxy_act_private
 {
@@ -95,7 +102,7 @@ class ActionGuard
 {
 public:
     explicit ActionGuard(QAction* action)
-        : m_pointer(qobject_cast<QAction*>(static_cast<QObject*>(action)))
+        : m_pointer(whole(action))
         , m_isWatching(m_pointer)
     {
     }
@@ -131,12 +138,14 @@ static const ProxyLinks& links()
     return links;
 }
 
+// One that is being destroyed can still be active, until its last registration has gone.
 QAction* _proxy_act_private::select() const
 {
     if (backends.isEmpty())
         return nullptr;
     for (const QString& context : currentContext) {
-        if (QAction* action = backends.value(context))
+        QAction* const action = backends.value(context);
+        if (action && (action == activeBackend || whole(action)))
             return action;
     }
     return nullptr;
@@ -166,7 +175,10 @@ void _proxy_act_private::erase(Backend backend)
 // from the one of that moment, or may delete the proxy.
 void _proxy_act_private::copyProperties(QAction* proxy) const
 {
-    const auto source = [this] { return activeBackend ? activeBackend : defaultProp; };
+    const auto source = [this] {
+        QAction* const backend = whole(activeBackend);
+        return backend ? backend : defaultProp;
+    };
     const auto text = [&](QString (QAction::*read)() const) {
         const QString value = (source()->*read)();
         return value.isEmpty() ? (defaultProp->*read)() : value;
@@ -178,7 +190,7 @@ void _proxy_act_private::copyProperties(QAction* proxy) const
     };
 
     static_cast<void>(
-        isThereAfter(&QAction::setEnabled, activeBackend && activeBackend->isEnabled())
+        isThereAfter(&QAction::setEnabled, whole(activeBackend) && activeBackend->isEnabled())
         && isThereAfter(&QAction::setVisible, source()->isVisible())
         && isThereAfter(&QAction::setCheckable, source()->isCheckable())
         && isThereAfter(&QAction::setChecked, source()->isChecked())

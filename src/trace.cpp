@@ -129,7 +129,13 @@ void TraceText::send()
     wisp::logger::instance()->log(wisp::LogInfo, m_text.constData());
 }
 
-// What our classes, and then those of Qt that the trace is full of, are shown as.
+// What our classes, and then those of Qt that the trace is full of, are shown as. The printer of
+// events, which hosts have in a header, says the same of them.
+
+static void describe(TraceText& text, const IEvent& event)
+{
+    text << "IEvent("sv << static_cast<const void*>(&event) << ", type = "sv << event.type() << ')';
+}
 
 template <typename Stream>
 static void describe(Stream& stream, const IMdiSubWindow& window)

@@ -89,6 +89,7 @@ private Q_SLOTS:
     void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName_data();
     void objectDeletedInTheThreadOfThePoolIsPrintedWithItsName();
     void objectDeletedAfterAQueuedCallIsPrintedWithItsName();
+    void objectsDeletedInAQueuedFunctionArePrintedWithTheirNames();
     void objectDeletedInAnEventThatIsNoCallIsPrintedWithItsName();
     void slotCalledByNameTakesNull_data();
     void slotCalledByNameTakesNull();
@@ -439,6 +440,29 @@ void ObjectPoolTest::objectDeletedAfterAQueuedCallIsPrintedWithItsName()
     Recorder recorder;
     object.reset();
     QCOMPARE(recorder.take(), QStringList(line));
+}
+
+// All but the first one, which the pool cannot tell from one that died elsewhere.
+void ObjectPoolTest::objectsDeletedInAQueuedFunctionArePrintedWithTheirNames()
+{
+    ObjectPool pool;
+    QStringList lines;
+    QList<QObject*> objects;
+    for (const char* const name : {"first", "second", "third"}) {
+        objects.append(new QObject);
+        objects.last()->setObjectName(QString::fromLatin1(name));
+        pool.addObject(objects.last());
+        const QString object = objects.size() > 1
+            ? print(objects.last())
+            : QStringLiteral("QObject(%1)").arg(printed(static_cast<void*>(objects.last())));
+        lines.append(
+            trace(print(&pool) + QLatin1String(" object destoryed: ") + object + QLatin1Char(' ')));
+    }
+    Recorder recorder;
+    QMetaObject::invokeMethod(
+        &pool, [&] { qDeleteAll(objects); }, Qt::QueuedConnection);
+    QTRY_VERIFY(pool.allObjects().isEmpty());
+    QCOMPARE(recorder.take(), lines);
 }
 
 void ObjectPoolTest::objectDeletedInAnEventThatIsNoCallIsPrintedWithItsName()

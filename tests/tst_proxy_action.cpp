@@ -222,6 +222,8 @@ private Q_SLOTS:
     void removalOfAnInactiveBackendSwitchesNothing();
     void dyingBackendCanBeRemoved_data();
     void dyingBackendCanBeRemoved();
+    void dyingBackendIsNotSelected();
+    void dyingBackendIsNotMirrored();
     void destructionOfAStrangerIsTracedOnly();
     void registrationsChangeBeforeConnections();
     void propertiesAreCopiedInOrder();
@@ -1153,6 +1155,52 @@ void ProxyActionTest::dyingBackendCanBeRemoved()
     QVERIFY(!proxy.getBackendAction(A));
     QCOMPARE(proxy.currentActiveBackendAction(), &b);
     QCOMPARE(proxy.text(), b.text());
+}
+
+// In a slot of its destroyed() between those of its two registrations.
+void ProxyActionTest::dyingBackendIsNotSelected()
+{
+    ProxyAction proxy;
+    auto a = std::make_unique<QAction>(QStringLiteral("a"));
+    QAction b(QStringLiteral("b"));
+    proxy.addBackendAction(a.get(), A);
+    int told = 0;
+    connect(a.get(), &QObject::destroyed, this, [&] {
+        ++told;
+        proxy.setCurrentContext({A, X, B});
+        QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    });
+    proxy.addBackendAction(a.get(), X);
+    proxy.addBackendAction(&b, B);
+    a.reset();
+    QCOMPARE(told, 1);
+    QCOMPARE(proxy.currentActiveBackendAction(), &b);
+    QCOMPARE(proxy.text(), b.text());
+}
+
+// It stays the active one until its last registration has gone.
+void ProxyActionTest::dyingBackendIsNotMirrored()
+{
+#ifdef __SANITIZE_ADDRESS__
+    QSKIP("The sanitizer wants nothing of a QAction to be called any more, not even its address.");
+#endif
+    ProxyAction proxy;
+    auto a = std::make_unique<QAction>(QStringLiteral("a"));
+    proxy.addBackendAction(a.get(), A);
+    connect(a.get(), &QObject::destroyed, this,
+        [&] { proxy.defaultProp()->setText(QStringLiteral("default")); });
+    proxy.addBackendAction(a.get(), X);
+    proxy.setCurrentContext({A, X});
+    QCOMPARE(proxy.text(), QStringLiteral("a"));
+    int told = 0;
+    connect(proxy.defaultProp(), &QAction::changed, this, [&] {
+        ++told;
+        QVERIFY(!proxy.isEnabled());
+        QCOMPARE(proxy.text(), QStringLiteral("default"));
+    });
+    a.reset();
+    QCOMPARE(told, 1);
+    QVERIFY(!proxy.currentActiveBackendAction());
 }
 
 void ProxyActionTest::destructionOfAStrangerIsTracedOnly()

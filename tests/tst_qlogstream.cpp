@@ -175,6 +175,17 @@ QDebug operator<<(QDebug debug, Changing& item)
     return debug << ++item.count;
 }
 
+/// Prints itself as an array.
+struct Element
+{
+    int number;
+};
+
+QDebug operator<<(QDebug debug, const Element (&items)[2])
+{
+    return debug << items[0].number + items[1].number;
+}
+
 /// Prints itself only once.
 struct Moved
 {
@@ -329,12 +340,16 @@ void QLogStreamTest::whatDebugTakesIsTakenAsItIs()
     Recorder recorder;
     Changing changing;
     char array[] = "array";
-    wisp::qlogstream(wisp::LogInfo) << changing << changing << Moved{std::make_unique<int>(7)}
-                                    << array << nullptr << Qt::AlignLeft << Qt::hex << 255;
-    wisp::qlogstream(wisp::LogInfo).debug << changing << changing << Moved{std::make_unique<int>(7)}
-                                          << array << nullptr << Qt::AlignLeft << Qt::hex << 255;
+    const char longer[16] = "chars";
+    const Element elements[] = {{30}, {12}};
+    const auto streamAll = [&](auto&& stream) {
+        stream << changing << changing << Moved{std::make_unique<int>(7)} << array << longer
+               << elements << nullptr << Qt::AlignLeft << Qt::hex << 255;
+    };
+    streamAll(wisp::qlogstream(wisp::LogInfo));
+    streamAll(wisp::qlogstream(wisp::LogInfo).debug);
     const QStringList lines = recorder.take();
-    QVERIFY2(lines.first().startsWith(QLatin1String("trace|1 2 7 array (nullptr) ")),
+    QVERIFY2(lines.first().startsWith(QLatin1String("trace|1 2 7 array chars 42 (nullptr) ")),
         qPrintable(lines.first()));
     QCOMPARE(lines.last(),
         QString(lines.first()).replace(QLatin1String("|1 2 "), QLatin1String("|3 4 ")));
