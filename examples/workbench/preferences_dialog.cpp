@@ -73,9 +73,11 @@ void PreferencesDialog::orderTabs()
     QWidgetList order = {findChild<PreferencesFilter*>(), findChild<QTreeWidget*>()};
     const QWidgetList onPage =
         findChild<QStackedWidget*>()->currentWidget()->findChildren<QWidget*>();
+    // The list that a box pops up is a window of its own.
     std::copy_if(
-        onPage.cbegin(), onPage.cend(), std::back_inserter(order), [](const QWidget* widget) {
-            return widget->focusPolicy() & Qt::TabFocus && !widget->focusProxy();
+        onPage.cbegin(), onPage.cend(), std::back_inserter(order), [this](const QWidget* widget) {
+            return widget->focusPolicy() & Qt::TabFocus && !widget->focusProxy()
+                && widget->window() == this;
         });
     const QList<QAbstractButton*> buttons = findChild<QDialogButtonBox*>()->buttons();
     std::copy(buttons.cbegin(), buttons.cend(), std::back_inserter(order));

@@ -4,6 +4,7 @@
 
 #include "actions.h"
 #include "image_document.h"
+#include "recorder.h"
 #include "settings.h"
 #include "text_document.h"
 #include "trace_hub.h"
@@ -248,6 +249,7 @@ void WorkbenchWindowsTest::iconsFollowThePalette()
 void WorkbenchWindowsTest::tabGoesFromTheTreeToThePage()
 {
     bool looked = false;
+    const Support::Recorder recorder;
     whenAsked([&](QWidget* dialog) {
         auto* tree = dialog->findChild<QTreeWidget*>();
         QCOMPARE(tree->accessibleName(), QStringLiteral("Pages"));
@@ -272,6 +274,10 @@ void WorkbenchWindowsTest::tabGoesFromTheTreeToThePage()
     });
     child<QAction>("edit.preferences")->trigger();
     QVERIFY(looked);
+    const QList<Support::Entry> said = recorder.entries();
+    for (const Support::Entry& entry : said)
+        QVERIFY2(
+            !entry.text.startsWith(QLatin1String("QWidget::setTabOrder")), qPrintable(entry.text));
 }
 
 void WorkbenchWindowsTest::everyOneOfManyTabsIsReachedByKey()
