@@ -223,7 +223,7 @@ void FileWatcherTest::changeIsToldWhenThePathIsOffTheWatch()
     write(name, "second");
     QTRY_COMPARE(m_changed->count(), 1);
     m_recorder->onEntry({});
-    QCOMPARE(m_changed->first(), QVariantList({name}));
+    QCOMPARE(m_changed->first(), QVariantList{name});
     QCOMPARE(
         order.mid(0, 2), QStringList({QStringLiteral("line, on"), QStringLiteral("signal, off")}));
     QCOMPARE(m_watcher->findChildren<Zentu::LambdaSlotWrapper*>().size(), 1);
@@ -392,7 +392,7 @@ void FileWatcherTest::programsSaveInTheirWays()
         save(text);
         ++round;
         QTRY_COMPARE(m_changed->count(), round);
-        QCOMPARE(m_changed->last(), QVariantList({name}));
+        QCOMPARE(m_changed->last(), QVariantList{name});
         QTRY_COMPARE(watched(), QStringList(name));
         QCOMPARE(m_recorder->take(), changeAnd(name, "re-watch:"));
     }
@@ -434,7 +434,7 @@ void FileWatcherTest::recreatedAfterTheDelayIsNot()
     write(name, "second");
     write(other, "second");
     QTRY_COMPARE(m_changed->count(), 2);
-    QCOMPARE(m_changed->last(), QVariantList({other}));
+    QCOMPARE(m_changed->last(), QVariantList{other});
     QTRY_COMPARE(watched(), QStringList(other));
     m_recorder->clear();
 }

@@ -201,6 +201,7 @@ private Q_SLOTS:
     void switchDisconnectsCopiesAndConnects();
     void nothingEchoesInASwitch();
     void triggeringReachesTheBackendAlone();
+    void programTriggersADisabledProxyInQt5Alone();
     void backendsCheckedStateComesBackAtTheNextCopy();
     void directToggleReachesListenersTwice();
     void hoverIsForwarded();
@@ -735,8 +736,8 @@ void ProxyActionTest::triggeringReachesTheBackendAlone()
     QVERIFY(!a.isChecked());
     QCOMPARE(ofA.take(), QList<qsizetype>({0, 1, 1, 0}));
     QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
-    QCOMPARE(triggered.takeFirst(), QVariantList({true}));
-    QCOMPARE(toggled.takeFirst(), QVariantList({true}));
+    QCOMPARE(triggered.takeFirst(), QVariantList{true});
+    QCOMPARE(toggled.takeFirst(), QVariantList{true});
 
     proxy.setCurrentContext({B});
     proxy.trigger();
@@ -748,6 +749,19 @@ void ProxyActionTest::triggeringReachesTheBackendAlone()
     proxy.trigger();
     QCOMPARE(ofA.take(), QList<qsizetype>({0, 0, 0, 0}));
     QCOMPARE(ofB.take(), QList<qsizetype>({0, 0, 0, 0}));
+}
+
+void ProxyActionTest::programTriggersADisabledProxyInQt5Alone()
+{
+    QAction a;
+    a.setEnabled(false);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    QVERIFY(!proxy.isEnabled());
+    const QSignalSpy triggered(&a, &QAction::triggered);
+    proxy.trigger();
+    QCOMPARE(triggered.count(), QT_VERSION_MAJOR == 5 ? 1 : 0);
 }
 
 void ProxyActionTest::backendsCheckedStateComesBackAtTheNextCopy()
@@ -777,8 +791,8 @@ void ProxyActionTest::directToggleReachesListenersTwice()
     QSignalSpy toggled(&a, &QAction::toggled);
     a.setChecked(true);
     QCOMPARE(toggled.count(), 2);
-    QCOMPARE(toggled.at(0), QVariantList({true}));
-    QCOMPARE(toggled.at(1), QVariantList({true}));
+    QCOMPARE(toggled.at(0), QVariantList{true});
+    QCOMPARE(toggled.at(1), QVariantList{true});
     QVERIFY(proxy.isChecked());
 }
 

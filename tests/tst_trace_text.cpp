@@ -200,6 +200,16 @@ void keepLine(int level, const char* text, void* context)
     *static_cast<wisp::Line*>(context) = {level, text};
 }
 
+/// The last line that was logged while it stands.
+struct LastLine : wisp::Line
+{
+    LastLine() { wisp::setSink(keepLine, static_cast<wisp::Line*>(this)); }
+    ~LastLine() { wisp::setSink(nullptr); }
+
+    LastLine(const LastLine&) = delete;
+    LastLine& operator=(const LastLine&) = delete;
+};
+
 } // namespace
 
 class TraceTextTest : public QObject
@@ -209,6 +219,7 @@ class TraceTextTest : public QObject
 private Q_SLOTS:
     void lineIsWhatQDebugWrites();
     void longLineIsComplete();
+    void listsAndActionsShowAsInTheQtThatRuns();
 };
 
 void TraceTextTest::lineIsWhatQDebugWrites()
@@ -220,8 +231,7 @@ void TraceTextTest::lineIsWhatQDebugWrites()
     QRandomGenerator random(seed);
 
     Subjects subjects;
-    wisp::Line line;
-    wisp::setSink(keepLine, &line);
+    const LastLine line;
     for (int i = 0; i < 10000; ++i) {
         change(subjects, random);
         const IEvent event(randomText(random));
@@ -246,20 +256,35 @@ void TraceTextTest::lineIsWhatQDebugWrites()
                                  .arg(QString::fromLatin1(line.text.c_str()), expected)));
         QCOMPARE(line.level, wisp::LogInfo);
     }
-    wisp::setSink(nullptr);
 }
 
 void TraceTextTest::longLineIsComplete()
 {
     const QString name(5000, QLatin1Char('n'));
-    wisp::Line line;
-    wisp::setSink(keepLine, &line);
+    const LastLine line;
     Trace() << "long:" << name << QStringList({name, name}) << 7;
-    wisp::setSink(nullptr);
     const QString quoted = QLatin1Char('"') + name + QLatin1Char('"');
     QString list;
     QDebug(&list).nospace() << QStringList({name, name});
     QCOMPARE(QString::fromStdString(line.text), QStringLiteral("long: %1 %2 7 ").arg(quoted, list));
+}
+
+void TraceTextTest::listsAndActionsShowAsInTheQtThatRuns()
+{
+    QAction copy(QStringLiteral("Copy"));
+    copy.setShortcut(QKeySequence(QStringLiteral("Ctrl+C")));
+    copy.setMenuRole(QAction::NoRole);
+    const LastLine line;
+    Trace() << QStringList({QStringLiteral("a"), QStringLiteral("b")}) << &copy;
+
+    const QString expected = QT_VERSION_MAJOR == 5
+        ? QStringLiteral("(\"a\", \"b\") QAction(0x%1 text=\"Copy\" toolTip=\"Copy\""
+                         " shortcut=QKeySequence(\"Ctrl+C\") menuRole=NoRole visible=true) ")
+        : QStringLiteral("QList(\"a\", \"b\") QAction(0x%1 text=\"Copy\" toolTip=\"Copy\""
+                         " shortcuts=QList(QKeySequence(\"Ctrl+C\")) menuRole=NoRole"
+                         " enabled=true visible=true) ");
+    const QString address = QString::number(reinterpret_cast<quintptr>(&copy), 16);
+    QCOMPARE(QString::fromStdString(line.text), expected.arg(address));
 }
 
 QTEST_MAIN(TraceTextTest)
