@@ -17,10 +17,19 @@
 #include <QTextEdit>
 #include <QTextList>
 
+// Each Qt has a decoder that the other one has not.
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QStringDecoder>
+static QString decoded(const QByteArray& data)
+{
+    return QStringDecoder::decoderForHtml(data).decode(data);
+}
 #else
 #include <QTextCodec>
+static QString decoded(const QByteArray& data)
+{
+    return Qt::codecForHtml(data)->toUnicode(data);
+}
 #endif
 
 static const QString Left = QStringLiteral("align.left");
@@ -145,15 +154,6 @@ void Document::createFormatActions()
     m_actions.add(QStringLiteral("format.color"), [this] { chooseColor(); });
     m_actions.addCheckable(
         QStringLiteral("format.checked"), false, [this](bool on) { setStyle(on ? 5 : 4); });
-}
-
-static QString decoded(const QByteArray& data)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
-    return QStringDecoder::decoderForHtml(data).decode(data);
-#else
-    return Qt::codecForHtml(data)->toUnicode(data);
-#endif
 }
 
 bool Document::load(const QString& path)
