@@ -5,13 +5,22 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QPointer>
 #include <QWidget>
 
 namespace Zentu::Inspect {
 
+static QPointer<Inspector> s_current;
+
 // The plug-in is made in the middle of the application's constructor: nothing but listening works.
 Inspector::Inspector()
 {
+    s_current = this;
+    // For a host that never enters the application's own loop, and so does not quit.
+    qAddPostRoutine([] {
+        if (s_current)
+            s_current->close();
+    });
     qApp->installEventFilter(this);
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Inspector::close);
 }

@@ -50,9 +50,12 @@ std::vector<void*> capture(int depth)
     std::array<void*, 64> frames{};
     const int most = std::min(depth + 12, static_cast<int>(frames.size()));
     const int count = depth > 0 ? backtrace(frames.data(), most) : 0;
-    auto* const end = frames.begin() + count;
-    auto* const first = std::find_if_not(frames.begin(), end, isInside);
-    return {first, std::min(end, first + std::min<std::ptrdiff_t>(depth, end - first))};
+    return {frames.begin(), frames.begin() + count};
+}
+
+static std::vector<void*> callersIn(const std::vector<void*>& frames)
+{
+    return {std::find_if_not(frames.begin(), frames.end(), isInside), frames.end()};
 }
 
 /// Where a frame is in its file. A return address is behind the call that is meant.
@@ -76,7 +79,8 @@ static QString nameOf(void* frame)
 QStringList functions(const std::vector<void*>& frames)
 {
     QStringList result;
-    std::transform(frames.begin(), frames.end(), std::back_inserter(result), nameOf);
+    for (void* const frame : callersIn(frames))
+        result.append(nameOf(frame));
     return result;
 }
 
@@ -104,7 +108,7 @@ QStringList describe(const std::vector<void*>& frames)
 {
     static QHash<void*, QString> known;
     QStringList result;
-    for (void* const frame : frames) {
+    for (void* const frame : callersIn(frames)) {
         if (!known.contains(frame)) {
             const QString line = lineOf(frame);
             known.insert(frame, line.isEmpty() ? nameOf(frame) : line);

@@ -10,7 +10,8 @@
 /// Who called: addresses, which are cheap to take, and the names of functions, which are not.
 namespace Zentu::Inspect::Stack {
 
-/// The callers from the one that called into the library outwards, at most @p depth.
+/// Some @p depth callers, and before them those of the inspector, the logger and the library, which
+/// the names below leave out: looking for them takes longer than the rest.
 std::vector<void*> capture(int depth);
 
 /// A frame each: the function, and its file and line where the program has symbols. Takes a tenth

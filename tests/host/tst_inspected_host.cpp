@@ -3,13 +3,16 @@
 // The Workbench with the inspector beside it, as a process: what it does and says is what it does
 // and says alone.
 
+#include <QApplication>
 #include <QFile>
 #include <QHash>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWidget>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -29,6 +32,8 @@ class InspectedHostTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void hostOfOtherTests();
+    void hostWithoutALoopEnds();
     void linesAreThoseOfTheHostAlone();
     void commandSaysWhatIsWrong_data();
     void commandSaysWhatIsWrong();
@@ -92,6 +97,29 @@ Result InspectedHostTest::run(const QString& program, const QStringList& argumen
     if (file.open(QIODevice::ReadOnly))
         result.trace = normalized(QString::fromUtf8(file.readAll()));
     return result;
+}
+
+// A window, and where there is an inspector, the inspector's.
+void InspectedHostTest::hostOfOtherTests()
+{
+    QWidget window;
+    window.show();
+    const auto isInspected = [] {
+        const QWidgetList windows = QApplication::topLevelWidgets();
+        return std::any_of(windows.begin(), windows.end(), [](const QWidget* shown) {
+            return shown->objectName() == QLatin1String("zentu_inspector");
+        });
+    };
+    if (qEnvironmentVariableIsSet("QT_QPA_GENERIC_PLUGINS"))
+        QTRY_VERIFY(isInspected());
+}
+
+// The application's own loop never runs in a test, and so does not end.
+void InspectedHostTest::hostWithoutALoopEnds()
+{
+    const Result result = run(QStringLiteral(ZENTU_INSPECT),
+        {QCoreApplication::applicationFilePath(), QStringLiteral("hostOfOtherTests")});
+    QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.error));
 }
 
 void InspectedHostTest::linesAreThoseOfTheHostAlone()
