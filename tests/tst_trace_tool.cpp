@@ -106,7 +106,11 @@ private Q_SLOTS:
     void drawingsAreWholeAndStandAlone();
     void graphInJson();
     void timelineInJson();
+    void timelineKnowsTheTime_data();
+    void timelineKnowsTheTime();
     void followGoesOnWithTheFile();
+    void followWaitsForTheEndOfALine();
+    void followTellsWhatAPipeHasAlready();
     void standardInput();
     void cutTracesDoNoHarm();
 
@@ -166,6 +170,12 @@ void TraceToolTest::wrongCommandLines_data()
         {QStringLiteral("leaks"), QStringLiteral("a"), QStringLiteral("b")});
     QTest::newRow("no such file") << QStringList(
         {QStringLiteral("summary"), QStringLiteral("/nowhere")});
+    QTest::newRow("neither a line nor a time") << QStringList({QStringLiteral("leaks"),
+        QStringLiteral("-"), QStringLiteral("--at"), QStringLiteral("noon")});
+    QTest::newRow("a time in lines without") << QStringList({QStringLiteral("leaks"),
+        QStringLiteral("-"), QStringLiteral("--at"), QStringLiteral("12:00")});
+    QTest::newRow("an option of others") << QStringList({QStringLiteral("diff"),
+        QStringLiteral("-"), QStringLiteral("-"), QStringLiteral("--at"), QStringLiteral("2")});
 }
 
 void TraceToolTest::wrongCommandLines()
@@ -557,6 +567,29 @@ void TraceToolTest::timelineInJson()
         QByteArray(R"([{"name":"text","spans":[{"from":7,"to":12,"what":"text"}],"ticks":[]}])"));
 }
 
+void TraceToolTest::timelineKnowsTheTime_data()
+{
+    QTest::addColumn<QByteArray>("stamp");
+    QTest::addColumn<double>("seconds");
+    QTest::newRow("the beginning") << QByteArray("1970-01-01T00:00:00Z") << 0.0;
+    QTest::newRow("a fraction") << QByteArray("1970-01-01T00:01:02.250000Z") << 62.25;
+    QTest::newRow("after a leap day") << QByteArray("2024-03-01T12:00:00Z") << 1709294400.0;
+    QTest::newRow("no such day") << QByteArray("2024-13-99T01:00:00Z") << 3600.0;
+}
+
+void TraceToolTest::timelineKnowsTheTime()
+{
+    QFETCH(const QByteArray, stamp);
+    QFETCH(const double, seconds);
+    const QJsonObject timeline =
+        run({QStringLiteral("timeline"), QStringLiteral("--json"), QStringLiteral("-")},
+            stamp + " 1 7 hello")
+            .json()
+            .toObject();
+    const QJsonObject thread = timeline.value(QStringLiteral("threads")).toArray().at(0).toObject();
+    QCOMPARE(thread.value(QStringLiteral("ticks")).toArray(), QJsonArray{seconds});
+}
+
 void TraceToolTest::followGoesOnWithTheFile()
 {
     const QString path = file("first line\n2026-11-22T12:00:00.500000Z 1 7 second line\n");
@@ -574,6 +607,38 @@ void TraceToolTest::followGoesOnWithTheFile()
         received(), QByteArray("first line\n12:00:00.500000Z 7 second line\nthird line\n"));
     process.kill();
     QVERIFY(process.waitForFinished());
+}
+
+void TraceToolTest::followWaitsForTheEndOfALine()
+{
+    const QString path = file("first\nsec");
+    QProcess process;
+    process.start(QStringLiteral(ZENTU_TRACE), {QStringLiteral("follow"), path});
+    QByteArray text;
+    const auto received = [&] { return text += process.readAllStandardOutput(); };
+    QTRY_COMPARE(received(), QByteArray("first\n"));
+    QFile more(path);
+    QVERIFY(more.open(QIODevice::Append));
+    more.write("ond\n");
+    more.close();
+    QTRY_COMPARE(received(), QByteArray("first\nsecond\n"));
+    process.kill();
+    QVERIFY(process.waitForFinished());
+}
+
+void TraceToolTest::followTellsWhatAPipeHasAlready()
+{
+    QProcess process;
+    process.start(QStringLiteral(ZENTU_TRACE), {QStringLiteral("follow"), QStringLiteral("-")});
+    QByteArray text;
+    const auto received = [&] { return text += process.readAllStandardOutput(); };
+    process.write("first\nsec");
+    QTRY_COMPARE(received(), QByteArray("first\n"));
+    process.write("ond");
+    process.closeWriteChannel();
+    QTRY_COMPARE(received(), QByteArray("first\nsecond\n"));
+    QTRY_COMPARE(process.state(), QProcess::NotRunning);
+    QCOMPARE(process.exitCode(), 0);
 }
 
 void TraceToolTest::standardInput()

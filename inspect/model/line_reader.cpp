@@ -336,20 +336,32 @@ static Reading readingOfRest(const Line& line, std::string_view rest)
     return line.speaker.name.empty() ? Reading::Damaged : Reading::Unknown;
 }
 
+// In the order of Note.
+static constexpr std::array<std::string_view, 4> NoteLabels = {
+    "    handler: "sv, "    value: "sv, "    backend: "sv, "    from "sv};
+
+static std::size_t noteOf(std::string_view text)
+{
+    std::size_t note = 0;
+    while (note < NoteLabels.size() && !startsWith(text, NoteLabels[note]))
+        ++note;
+    return note;
+}
+
+bool isNote(std::string_view text)
+{
+    return noteOf(text) < NoteLabels.size();
+}
+
 static bool readNote(Line& line, std::string_view text)
 {
-    // In the order of Note.
-    static constexpr std::array<std::string_view, 4> labels = {
-        "    handler: "sv, "    value: "sv, "    backend: "sv, "    from "sv};
-    for (std::size_t i = 0; i < labels.size(); ++i) {
-        if (!startsWith(text, labels[i]))
-            continue;
-        line.reading = Reading::Note;
-        line.note = static_cast<Note>(i);
-        line.body = trimmed(text.substr(labels[i].size()));
-        return true;
-    }
-    return false;
+    const std::size_t note = noteOf(text);
+    if (note == NoteLabels.size())
+        return false;
+    line.reading = Reading::Note;
+    line.note = static_cast<Note>(note);
+    line.body = trimmed(text.substr(NoteLabels[note].size()));
+    return true;
 }
 
 Line readLine(std::string_view text)

@@ -72,6 +72,9 @@ struct Line
 /// Takes a line apart, without its line break. Any bytes will do.
 Line readLine(std::string_view text);
 
+/// Whether a line adds to the one before it.
+bool isNote(std::string_view text);
+
 /// Whether the text stands for the time of a line: 2026-11-22T12:03:04, with what may follow.
 bool isTime(std::string_view text);
 

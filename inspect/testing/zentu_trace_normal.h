@@ -50,7 +50,7 @@ public:
             } else if (isAddress(line, at)) {
                 const std::size_t end = addressEnd(line, at);
                 const std::string_view className = classBefore(line, at);
-                result += nameOf(line.substr(at, end - at), className);
+                appendName(result, line.substr(at, end - at), className);
                 at = className == "QAction" ? appendFields(result, line, end) : end;
             } else if (line.substr(at, 6) == "QList(" && at > 0 && isBlank(line[at - 1])) {
                 at += 5;
@@ -116,7 +116,7 @@ private:
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t end = text.substr(at, 2) == "0x" ? addressEnd(text, at) : at + 1;
             if (end >= at + 2 + fewestDigits)
-                result += nameOf(text.substr(at, end - at), "address");
+                appendName(result, text.substr(at, end - at), "address");
             else
                 result += text.substr(at, end - at);
             at = end;
@@ -175,19 +175,26 @@ private:
         return line.substr(begin, at - 1 - begin);
     }
 
-    std::string nameOf(std::string_view address, std::string_view className)
+    void appendName(std::string& result, std::string_view address, std::string_view className)
     {
-        if (address.find_first_not_of("0x") == std::string_view::npos)
-            return "0x0";
-        if (className == "IEvent")
-            return "event";
-        const auto known = m_names.find(address);
-        if (known != m_names.end())
-            return known->second;
+        if (address.find_first_not_of("0x") == std::string_view::npos) {
+            result += "0x0";
+        } else if (className == "IEvent") {
+            result += "event";
+        } else {
+            auto known = m_names.find(address);
+            if (known == m_names.end())
+                known = m_names.emplace(address, newName(className)).first;
+            result += known->second;
+        }
+    }
+
+    std::string newName(std::string_view className)
+    {
         std::string name(className);
         if (m_numbers == Numbered)
             name += '-' + std::to_string(++m_counts[name]);
-        return m_names.emplace(address, name).first->second;
+        return name;
     }
 
     // The address that the line names last belongs to nobody after a line that tells of an end.

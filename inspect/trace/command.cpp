@@ -8,38 +8,68 @@
 
 namespace Zentu::Inspect {
 
-static bool isBehind(const QString& at, const Line& line, qint64 number)
-{
-    if (at.isEmpty())
-        return false;
-    bool isNumber = false;
-    const qint64 last = at.toLongLong(&isNumber);
-    if (isNumber)
-        return number > last;
-    const QString time = at.contains(QLatin1Char('T')) ? decoded(line.time) : clock(line.time);
-    return !line.time.empty() && time.left(at.size()) > at;
-}
+namespace {
 
-bool readLines(
-    const Request& request, const std::function<void(const Line& line, std::string_view text)>& use)
+/// Up to where a request goes.
+class Limit
+{
+public:
+    explicit Limit(const QString& at)
+        : m_at(at)
+    {
+        m_line = at.toLongLong(&m_isLine);
+    }
+
+    bool isBehind(std::string_view text, qint64 number)
+    {
+        if (m_at.isEmpty())
+            return false;
+        if (m_isLine)
+            return number > m_line;
+        const std::string_view stamp = readLine(text).time;
+        if (stamp.empty())
+            return false;
+        m_sawTime = true;
+        const QString time = m_at.contains(QLatin1Char('T')) ? decoded(stamp) : clock(stamp);
+        return time.left(m_at.size()) > m_at;
+    }
+
+    bool isKnown() const { return m_at.isEmpty() || m_isLine || m_sawTime; }
+
+private:
+    QString m_at;
+    bool m_isLine = false;
+    qint64 m_line = 0;
+    bool m_sawTime = false;
+};
+
+} // namespace
+
+bool readTexts(const Request& request, const std::function<void(std::string_view text)>& use)
 {
     LineSource source;
     if (!source.open(request.file()))
         return false;
+    Limit limit(request.at);
     std::string_view text;
     for (qint64 number = 1; source.next(text); ++number) {
-        const Line line = readLine(text);
-        if (isBehind(request.at, line, number))
+        if (limit.isBehind(text, number))
             break;
-        use(line, text);
+        use(text);
     }
-    return true;
+    if (!limit.isKnown())
+        std::fputs("zentu-trace: no line has a time; ask by its number\n", stderr);
+    return limit.isKnown();
+}
+
+bool readLines(const Request& request, const std::function<void(const Line& line)>& use)
+{
+    return readTexts(request, [&](std::string_view text) { use(readLine(text)); });
 }
 
 bool replay(const Request& request, Program& program)
 {
-    return readLines(
-        request, [&](const Line& line, std::string_view /*text*/) { program.feed(line); });
+    return readLines(request, [&](const Line& line) { program.feed(line); });
 }
 
 static void write(const QByteArray& text)

@@ -40,10 +40,10 @@ int normal(const Request& request);
 int diff(const Request& request);
 int follow(const Request& request);
 
-/// Reads the lines of a file up to where the request ends, each with its number. False if it
-/// cannot.
-bool readLines(const Request& request,
-    const std::function<void(const Line& line, std::string_view text)>& use);
+/// Goes through the lines of a file up to where the request ends. False if it cannot.
+bool readTexts(const Request& request, const std::function<void(std::string_view text)>& use);
+/// Likewise, and takes each line apart.
+bool readLines(const Request& request, const std::function<void(const Line& line)>& use);
 /// Replays the file of the request.
 bool replay(const Request& request, Program& program);
 

@@ -6,10 +6,11 @@
 #include "command.h"
 #include "picture.h"
 
-#include <QDateTime>
+#include <QDate>
 #include <QJsonArray>
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
 #include <map>
 #include <set>
@@ -95,16 +96,34 @@ private:
 
 } // namespace
 
+/// The number that the digits from a place on are; other characters end it.
+static int numberAt(std::string_view text, std::size_t at, std::size_t digits)
+{
+    int number = 0;
+    const std::string_view part = text.substr(std::min(at, text.size()), digits);
+    std::from_chars(part.data(), part.data() + part.size(), number);
+    return number;
+}
+
+/// Seconds since 1970, of the time as it stands there.
 static double seconds(std::string_view time)
 {
-    // Qt reads milliseconds; what is behind them is added.
-    const QString text = decoded(time);
-    const QDateTime second = QDateTime::fromString(text.left(19), Qt::ISODate);
-    const int dot = static_cast<int>(text.indexOf(QLatin1Char('.')));
-    QString digits = dot < 0 ? QString() : text.mid(dot);
-    while (!digits.isEmpty() && !digits.back().isDigit())
-        digits.chop(1);
-    return static_cast<double>(second.toMSecsSinceEpoch()) / 1000 + digits.toDouble();
+    constexpr qint64 firstDay = 2440588;
+    const QDate date(numberAt(time, 0, 4), numberAt(time, 5, 2), numberAt(time, 8, 2));
+    const qint64 days = date.isValid() ? date.toJulianDay() - firstDay : 0;
+    const qint64 hours = days * 24 + numberAt(time, 11, 2);
+    const qint64 whole = (hours * 60 + numberAt(time, 14, 2)) * 60 + numberAt(time, 17, 2);
+    double fraction = 0;
+    double place = 1;
+    if (time.substr(19, 1) == ".") {
+        for (const char digit : time.substr(20)) {
+            if (digit < '0' || digit > '9')
+                break;
+            place /= 10;
+            fraction += (digit - '0') * place;
+        }
+    }
+    return static_cast<double>(whole) + fraction;
 }
 
 void Timeline::tick(Rows& rows, const QString& name, const QString& what)
@@ -281,8 +300,7 @@ QJsonObject Timeline::json() const
 int timeline(const Request& request)
 {
     Timeline timeline;
-    const bool isRead = readLines(
-        request, [&](const Line& line, std::string_view /*text*/) { timeline.add(line); });
+    const bool isRead = readLines(request, [&](const Line& line) { timeline.add(line); });
     if (!isRead)
         return Failed;
     timeline.finish();
@@ -414,7 +432,7 @@ static void drawEdges(
 int graph(const Request& request)
 {
     Graph graph;
-    if (!readLines(request, [&](const Line& line, std::string_view /*text*/) { graph.add(line); }))
+    if (!readLines(request, [&](const Line& line) { graph.add(line); }))
         return Failed;
     const QList<Edge> posts = graph.posts();
     const QList<Edge> hearing = graph.hearing();

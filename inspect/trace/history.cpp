@@ -73,7 +73,7 @@ int contexts(const Request& request)
     };
     // What a change did is known when the next one begins.
     qint64 told = 0;
-    const bool isRead = readLines(request, [&](const Line& line, std::string_view /*text*/) {
+    const bool isRead = readLines(request, [&](const Line& line) {
         program.feed(line);
         if (program.switchCount() > told + 1) {
             ++told;
@@ -96,9 +96,9 @@ int normal(const Request& request)
     if (request.json)
         list.emplace();
     qint64 number = 0;
-    const bool isRead = readLines(request, [&](const Line& line, std::string_view text) {
+    const bool isRead = readTexts(request, [&](std::string_view text) {
         ++number;
-        if (line.reading == Reading::Note)
+        if (isNote(text))
             return;
         const std::string normalized = normalizer.normalized(text);
         if (list)
@@ -131,7 +131,7 @@ public:
         std::string_view text;
         while (m_ahead.size() <= ahead && m_source.next(text)) {
             ++m_read;
-            if (readLine(text).reading != Reading::Note)
+            if (!isNote(text))
                 m_ahead.emplace_back(m_normalizer.normalized(text), m_read);
         }
         return ahead < m_ahead.size() ? &m_ahead[ahead].first : nullptr;
@@ -291,7 +291,7 @@ int follow(const Request& request)
 {
     const QStringList& arguments = request.arguments;
     const QString filter = arguments.size() > 1 ? arguments.at(1) : QString();
-    LineSource source;
+    LineSource source(LineSource::Growing);
     if (!source.open(arguments.first()))
         return Failed;
     const bool isColoured = isatty(STDOUT_FILENO) != 0;
@@ -307,10 +307,11 @@ int follow(const Request& request)
                 tell(line, isNote ? text : line.body, number, request, isColoured);
         }
         std::fflush(stdout);
-        if (isStream)
-            return Fine;
-        while (!source.resume())
+        while (!source.resume()) {
+            if (isStream)
+                return Fine;
             QThread::msleep(100);
+        }
     }
 }
 

@@ -3,6 +3,7 @@
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
+#include <QRegularExpression>
 
 #include <cstdio>
 
@@ -14,6 +15,7 @@ struct Command
 {
     const char* name;
     const char* arguments;
+    const char* options; ///< Those that it takes beside --json
     int fewest;
     int most;
     const char* help;
@@ -21,18 +23,19 @@ struct Command
 };
 
 const Command Commands[] = {
-    {"summary", "FILE", 1, 1, "what happened: counts, messages, what was left over", &summary},
-    {"why", "ACTION FILE", 2, 2, "why an action is as it is, and since when", &why},
-    {"events", "[TYPE] FILE", 1, 2, "who posted, who was subscribed, what nobody could hear",
+    {"summary", "FILE", "at strict", 1, 1, "what happened: counts, messages, what was left over",
+        &summary},
+    {"why", "ACTION FILE", "at", 2, 2, "why an action is as it is, and since when", &why},
+    {"events", "[TYPE] FILE", "at", 1, 2, "who posted, who was subscribed, what nobody could hear",
         &events},
-    {"contexts", "FILE", 1, 1, "the changes of contexts, and what each did", &contexts},
-    {"leaks", "FILE", 1, 1, "what was registered, added or opened and never let go", &leaks},
-    {"timeline", "FILE -o F.svg", 1, 1,
+    {"contexts", "FILE", "at", 1, 1, "the changes of contexts, and what each did", &contexts},
+    {"leaks", "FILE", "at", 1, 1, "what was registered, added or opened and never let go", &leaks},
+    {"timeline", "FILE -o F.svg", "at output", 1, 1,
         "all of it over time, to look at; or F.html, to zoom and search", &timeline},
-    {"graph", "FILE -o F.svg", 1, 1, "who posts what to whom", &graph},
-    {"normal", "FILE", 1, 1, "the lines with stable names, for golden files", &normal},
-    {"diff", "A B", 2, 2, "what differs in behaviour between two runs", &diff},
-    {"follow", "FILE [FILTER]", 1, 2, "the lines as they come, those with the text", &follow},
+    {"graph", "FILE -o F.svg", "at output", 1, 1, "who posts what to whom", &graph},
+    {"normal", "FILE", "at", 1, 1, "the lines with stable names, for golden files", &normal},
+    {"diff", "A B", "", 2, 2, "what differs in behaviour between two runs", &diff},
+    {"follow", "FILE [FILTER]", "", 1, 2, "the lines as they come, those with the text", &follow},
 };
 
 } // namespace
@@ -56,6 +59,15 @@ static const Command* commandNamed(const QString& name)
             return &command;
     }
     return nullptr;
+}
+
+/// A line's number, or a time with or without its date: 12:03, 12:03:04.5, 2026-11-22T12:03:04.
+static bool isPlace(const QString& text)
+{
+    static const QRegularExpression form(
+        QStringLiteral("^([0-9]+|([0-9]{4}-[0-9]{2}-[0-9]{2}T)?[0-9]{2}:[0-9]{2}(:[0-9]{2}"
+                       "(\\.[0-9]*)?Z?)?)$"));
+    return form.match(text).hasMatch();
 }
 
 static int refuse(const QString& what)
@@ -110,7 +122,14 @@ int main(int argc, char** argv)
     if (request.arguments.size() < command->fewest || request.arguments.size() > command->most)
         return refuse(QStringLiteral("usage: zentu-trace %1 %2")
                           .arg(request.command, QLatin1String(command->arguments)));
+    for (const QCommandLineOption* const option : {&at, &output, &strict}) {
+        const QString& name = option->names().last();
+        if (parser.isSet(*option) && !QLatin1String(command->options).contains(name))
+            return refuse(QStringLiteral("%1 takes no --%2").arg(request.command, name));
+    }
     request.at = parser.value(at);
+    if (parser.isSet(at) && !isPlace(request.at))
+        return refuse(QStringLiteral("%1 is neither a line nor a time").arg(request.at));
     request.output = parser.value(output);
     request.json = parser.isSet(json);
     request.strict = parser.isSet(strict);

@@ -16,8 +16,8 @@ bool LineSource::open(const QString& path)
     m_path = path;
     m_running.start();
     m_buffer.resize(2 * PieceSize);
-    if (path == QLatin1String("-"))
-        return m_file.open(stdin, QIODevice::ReadOnly | QIODevice::Unbuffered);
+    if (isStandardInput())
+        return true;
     m_file.setFileName(path);
     if (m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
         return true;
@@ -38,6 +38,8 @@ bool LineSource::next(std::string_view& line)
             m_begin += line.size() + 1;
             return true;
         }
+        if (m_kind == Growing)
+            return false;
         const std::size_t rest = m_end - m_begin;
         if (m_isAtEnd || rest >= LongestLine) {
             line = std::string_view(m_buffer.data() + m_begin, rest);
@@ -60,7 +62,10 @@ bool LineSource::fill()
     m_begin = 0;
     if (m_buffer.size() - m_end < PieceSize)
         m_buffer.resize(m_buffer.size() * 2);
-    const qint64 size = m_file.read(m_buffer.data() + m_end, static_cast<qint64>(PieceSize));
+    // Of a pipe what is there already; a QFile waits for the whole piece.
+    const qint64 size = isStandardInput()
+        ? ::read(STDIN_FILENO, m_buffer.data() + m_end, PieceSize)
+        : m_file.read(m_buffer.data() + m_end, static_cast<qint64>(PieceSize));
     m_isAtEnd = size <= 0;
     if (m_isAtEnd)
         return false;
@@ -72,32 +77,39 @@ bool LineSource::fill()
 
 bool LineSource::resume()
 {
-    if (m_path != QLatin1String("-") && QFile(m_path).size() < m_file.pos()) {
+    if (!isStandardInput() && QFile(m_path).size() < m_file.pos()) {
         m_file.close();
         m_begin = m_end = 0;
         if (!m_file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
             return false;
     }
-    m_isAtEnd = false;
-    return fill();
+    if (fill())
+        return true;
+    if (!isStandardInput() || m_begin == m_end)
+        return false;
+    // Nothing will end the last line but the end.
+    m_buffer[m_end++] = '\n';
+    return true;
 }
 
 void LineSource::showProgress()
 {
-    if (m_running.elapsed() < 1000 + m_shown * 100 || isatty(STDERR_FILENO) == 0)
+    if (m_kind == Growing || m_running.elapsed() < 1000 + m_shown * 100
+        || isatty(STDERR_FILENO) == 0)
         return;
     ++m_shown;
+    // Back at the beginning of its line, so that what comes next stands over it.
     const qint64 size = m_file.size();
     if (size > m_read)
-        std::fprintf(stderr, "\r%3d %%", static_cast<int>(100 * m_read / size));
+        std::fprintf(stderr, "%3d %%\r", static_cast<int>(100 * m_read / size));
     else
-        std::fprintf(stderr, "\r%lld MiB", static_cast<long long>(m_read / 1024 / 1024));
+        std::fprintf(stderr, "%lld MiB\r", static_cast<long long>(m_read / 1024 / 1024));
 }
 
 void LineSource::hideProgress()
 {
     if (m_shown > 0)
-        std::fputs("\r          \r", stderr);
+        std::fputs("          \r", stderr);
     m_shown = 0;
 }
 

@@ -14,24 +14,34 @@ namespace Zentu::Inspect {
 class LineSource
 {
 public:
+    /// One that grows has its lines when they are whole, and reads on only by resume().
+    enum Kind { Complete, Growing };
+
+    explicit LineSource(Kind kind = Complete)
+        : m_kind(kind)
+    {
+    }
+
     /// Opens a file, or the standard input for "-". Tells the standard error if it cannot.
     bool open(const QString& path);
 
     /// The next line without its break, valid until the one after it. False at the end.
     bool next(std::string_view& line);
 
-    /// Goes on where the end was: reads what has been added since, or a new file from its
-    /// beginning. False if there is nothing new.
+    /// Reads on in one that grows, in a new file from its beginning. Waits for the standard input;
+    /// false if there is nothing new, or the standard input has ended.
     bool resume();
 
 private:
     // A longer line is read in pieces.
     static constexpr std::size_t LongestLine = std::size_t{64} * 1024 * 1024;
 
+    bool isStandardInput() const { return m_path == QLatin1String("-"); }
     bool fill();
     void showProgress();
     void hideProgress();
 
+    Kind m_kind;
     QString m_path;
     QFile m_file;
     std::vector<char> m_buffer;
