@@ -56,7 +56,8 @@ TESTS = {
                            "option_dialog_random", "memory"],
     "src/proxy_act.cpp": ["proxy_action", "proxy_action_mgr", "deleted_in_callback",
                           "proxy_action_random", "contexts_random", "memory"],
-    "src/trace.cpp": ["trace_text", "event_mgr", "mdi_area", "option_dialog", "action_mgr"],
+    "src/trace.cpp": ["trace_text", "ievent", "mdi_sub_window", "option_page", "event_mgr", "mdi_area",
+                      "option_dialog", "action_mgr"],
 }
 
 
