@@ -173,6 +173,20 @@ def loops(lines):
             yield index, end - index + 1
 
 
+def compiled(lines, qt):
+    """For each line, whether it is compiled with that Qt."""
+    now, result = True, []
+    for line in lines:
+        if line == "#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)":
+            now = qt < 6
+        elif line == "#else":
+            now = not now
+        elif line == "#endif":
+            now = True
+        result.append(now)
+    return result
+
+
 def without_copy(lines):
     """Loops over a copy that was taken the line before, as (line, what goes over the original)."""
     for index, (before, line) in enumerate(zip(lines, lines[1:])):
@@ -182,10 +196,11 @@ def without_copy(lines):
             yield index, f"{loop.group(1)}{taken.group(2)}{loop.group(3)}"
 
 
-def faults_of(file):
+def faults_of(file, qt):
     lines = (TOP / file).read_text().splitlines()
     header = file.endswith(".h")
     inside = bodies(lines, header)
+    here = compiled(lines, qt)
     found = []
 
     def add(index, length, kind, after):
@@ -225,14 +240,14 @@ def faults_of(file):
     for index, (before, line) in enumerate(zip(lines, lines[1:])):
         if line == "{" and re.match(r"(static )?void |\w+::~?\w+\(", before):
             add(index, 2, "return", f"{before}\n{{\n    return;")
-    return found
+    return [fault for fault in found if here[fault.line - 1]]
 
 
-def all_faults():
+def all_faults(qt):
     found = []
     for file in TESTS:
         if (TOP / file).exists():
-            found += faults_of(file)
+            found += faults_of(file, qt)
     return found
 
 
@@ -340,7 +355,7 @@ def main():
     options = parser.parse_args()
     options.folder = options.folder.resolve()
 
-    every = all_faults()
+    every = all_faults(options.qt)
     faults = [f for f in every if not options.file or f.file in options.file]
     if options.sample and options.sample < len(faults):
         print(f"seed {options.seed}")
