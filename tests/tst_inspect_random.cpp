@@ -10,8 +10,10 @@
 #include "action_mgr.h"
 #include "context_mgr.h"
 #include "event_mgr.h"
+#include "file_watcher.h"
 #include "ievent.h"
 #include "ievent_handler.h"
+#include "lambda_slot.h"
 #include "mdi_area.h"
 #include "object_pool.h"
 #include "option_dlg.h"
@@ -22,9 +24,12 @@
 #include <QAction>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QFile>
+#include <QFileSystemWatcher>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRandomGenerator>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QToolBar>
 
@@ -112,7 +117,7 @@ public:
 
     void step()
     {
-        switch (m_random.bounded(8)) {
+        switch (m_random.bounded(9)) {
         case 0:
             onBus();
             break;
@@ -132,6 +137,9 @@ public:
         case 6:
             onArea();
             break;
+        case 7:
+            onFiles();
+            break;
         default:
             onDialog();
             break;
@@ -147,7 +155,8 @@ public:
             bool isSame;
         } parts[] = {{"bus", sameBus()}, {"contexts", sameContexts()}, {"proxies", sameProxies()},
             {"registry", sameRegistry()}, {"pool", samePool()}, {"area", sameArea()},
-            {"dialog", sameDialog()}, {"contradictions", m_program.counts().contradictions == 0},
+            {"dialog", sameDialog()}, {"watcher", sameWatcher()},
+            {"contradictions", m_program.counts().contradictions == 0},
             {"lines",
                 m_program.counts().of(Inspect::Reading::Unknown)
                         + m_program.counts().of(Inspect::Reading::Damaged)
@@ -555,6 +564,57 @@ private:
             && (isSecondShown || known.shown == addressOf(&m_first));
     }
 
+    // A change and the end of the pause after it come from here, too, since both are waited for
+    // otherwise.
+    void onFiles()
+    {
+        const QString path = m_folder.filePath(QString::number(m_random.bounded(3)));
+        switch (m_random.bounded(8)) {
+        case 0:
+        case 1:
+            m_watcher.addFile(path);
+            break;
+        case 2:
+            m_watcher.removeFile(path);
+            break;
+        case 3:
+            m_watcher.addFile(m_folder.path());
+            break;
+        case 4:
+            if (watchedFiles().contains(path))
+                QMetaObject::invokeMethod(&m_watcher, "onFileChanged", Q_ARG(QString, path));
+            break;
+        case 5:
+            QFile::remove(path);
+            break;
+        case 6:
+            if (QFile file(path); file.open(QIODevice::Append))
+                file.write("more");
+            break;
+        default:
+            if (auto* const pause = m_watcher.findChild<LambdaSlotWrapper*>())
+                QMetaObject::invokeMethod(pause, "trigger");
+        }
+    }
+
+    QStringList watchedFiles() const { return m_watcher.findChild<QFileSystemWatcher*>()->files(); }
+
+    bool sameWatcher() const
+    {
+        QStringList expected = watchedFiles();
+        QStringList found;
+        const auto known = m_program.watchers().find(addressOf(&m_watcher));
+        if (known != m_program.watchers().end()) {
+            for (const auto& [path, watch] : known->second) {
+                if (!watch.isPaused)
+                    found.append(Inspect::unescaped(path));
+            }
+        }
+        expected.sort();
+        found.sort();
+        return found == expected;
+    }
+
     QRandomGenerator m_random;
     Support::Recorder m_recorder;
     Program m_program;
@@ -572,6 +632,8 @@ private:
     ObjectPool m_pool;
     std::vector<std::unique_ptr<QObject>> m_objects;
     MdiArea m_area;
+    QTemporaryDir m_folder;
+    FileWatcher m_watcher;
     OptionPage m_first{QStringLiteral("first")};
     OptionPage m_second{QStringLiteral("second")};
     std::unique_ptr<OptionDialog> m_dialog;

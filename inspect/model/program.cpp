@@ -602,9 +602,11 @@ void Program::replayWatcher(const Line& line)
             watch.since = m_now;
         break;
     }
-    case Text::StopWatching:
+    // One that was begun anew during the pause is watched, whatever becomes of the pause.
     case Text::CancelRewatch:
-        if (const auto it = watches.find(path); it != watches.end())
+    case Text::StopWatching:
+        if (const auto it = watches.find(path);
+            it != watches.end() && (line.is(Text::StopWatching) || it->second.isPaused))
             watches.erase(it);
         break;
     default:
