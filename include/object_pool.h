@@ -26,7 +26,8 @@ namespace Zentu {
  * The pool hears at once of an object that is destroyed in the thread of the pool. Of one that is
  * destroyed in another thread it hears through its event loop; until then the object is listed,
  * but gone. Threads that delete what they publish therefore call removeObject() first: allObjects()
- * would give others a dead object, and removeObject() and clear() would read it.
+ * would give others a dead object, and removeObject() and clear() would read it. So does the thread
+ * of the pool where another one may call clear(), which must not meet an object that is dying.
  *
  * The lines of the trace have the names of the pool and of the objects. These must not be changed
  * in one thread while another one uses the pool; give names before you publish.
@@ -51,14 +52,14 @@ public:
     /// nothing. A null pointer is listed like any other; Qt warns that it cannot be connected.
     void addObject(QObject* obj);
 
-    /// Removes @p obj, which must still be there. If it is not listed, warns "remove object:" ...
-    /// "not found" and changes nothing.
+    /// Removes @p obj, which must still be there when this returns. If it is not listed, warns
+    /// "remove object:" ... "not found" and changes nothing.
     void removeObject(QObject* obj);
 
     /// The listed objects in the order in which they were added; a copy.
     QList<QObject*> allObjects();
 
-    /// Forgets every object; they are left alive, and must all still be there.
+    /// Forgets every object; they are left alive, and must all still be there when this returns.
     void clear();
 
 private Q_SLOTS:
