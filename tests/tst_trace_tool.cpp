@@ -7,6 +7,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
+#include <QRandomGenerator>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QXmlStreamReader>
@@ -113,6 +114,7 @@ private Q_SLOTS:
     void followTellsWhatAPipeHasAlready();
     void standardInput();
     void cutTracesDoNoHarm();
+    void randomBytesDoNoHarm();
 
 private:
     QString file(const QByteArray& text);
@@ -375,6 +377,16 @@ void TraceToolTest::recordingHasNamesAndStates()
     QCOMPARE(subscribers.at(0).toObject().value(QStringLiteral("name")).toString(),
         QStringLiteral("(anonymous namespace)::Log \"log\""));
     QVERIFY(subscribers.at(1).toObject().value(QStringLiteral("name")).isNull());
+    const QJsonArray hearing = run({QStringLiteral("graph"), path, QStringLiteral("--json")})
+                                   .json()
+                                   .toObject()
+                                   .value(QStringLiteral("hearing"))
+                                   .toArray();
+    QCOMPARE(hearing.size(), 2);
+    QCOMPARE(hearing.at(0).toObject().value(QStringLiteral("to")).toString(),
+        QStringLiteral("(anonymous namespace)::Log \"log\""));
+    QCOMPARE(
+        hearing.at(1).toObject().value(QStringLiteral("to")).toString(), QStringLiteral("0xc1"));
     QVERIFY(run({QStringLiteral("events"), path})
                 .text.contains("  heard by (anonymous namespace)::Log \"log\" 0xc2 since line 5"));
 
@@ -658,6 +670,30 @@ void TraceToolTest::cutTracesDoNoHarm()
             QVERIFY2(answer.exit == 0 || answer.exit == 1, command);
         }
     }
+}
+
+void TraceToolTest::randomBytesDoNoHarm()
+{
+    QRandomGenerator random(11);
+    QByteArray bytes(100000, '\0');
+    for (char& byte : bytes)
+        byte = static_cast<char>(random.bounded(256));
+    const QString path = file(bytes);
+    for (const char* const command :
+        {"summary", "events", "contexts", "leaks", "timeline", "graph", "normal"}) {
+        for (const char* const form : {"", "--json"}) {
+            QStringList arguments{QString::fromLatin1(command), path};
+            if (*form != '\0')
+                arguments.append(QString::fromLatin1(form));
+            const Answer answer = run(arguments);
+            QCOMPARE(answer.exit, 0);
+            QCOMPARE(answer.errors, QByteArray());
+        }
+    }
+    QCOMPARE(run({QStringLiteral("diff"), path, path}).exit, 0);
+    QCOMPARE(run({QStringLiteral("diff"), path, file(session())}).exit, 1);
+    QCOMPARE(run({QStringLiteral("why"), QStringLiteral("file.save"), path}).exit, 2);
+    QCOMPARE(run({QStringLiteral("follow"), QStringLiteral("-")}, bytes).exit, 0);
 }
 
 QTEST_GUILESS_MAIN(TraceToolTest)

@@ -322,37 +322,44 @@ namespace {
 class Column
 {
 public:
-    explicit Column(double x)
-        : m_x(x)
-    {
-    }
-
     void add(const QString& name)
     {
-        if (!m_rows.contains(name))
-            m_rows.append(name);
+        if (m_rows.contains(name))
+            return;
+        m_rows.append(name);
+        m_width = std::max(m_width, 16 + 7.0 * static_cast<int>(name.size()));
     }
 
-    double x() const { return m_x; }
+    /// Spreads the names over a height.
+    void place(double x, double height)
+    {
+        m_x = x;
+        m_distance = height / std::max(size(), 1);
+    }
+
+    double left() const { return m_x; }
+    double right() const { return m_x + m_width; }
     double y(const QString& name) const
     {
-        return 60 + static_cast<int>(m_rows.indexOf(name)) * 28.0;
+        return 46 + (static_cast<int>(m_rows.indexOf(name)) + 0.5) * m_distance;
     }
     int size() const { return static_cast<int>(m_rows.size()); }
 
-    void draw(Picture& picture, const QString& title, double width) const
+    void draw(Picture& picture, const QString& title) const
     {
         picture.heading(m_x, 34, title);
         for (const QString& name : m_rows) {
             picture.beginGroup(name);
-            picture.box(m_x, y(name) - 15, width, 22, "node", name);
+            picture.box(m_x, y(name) - 15, m_width, 22, "node", name);
             picture.text(m_x + 8, y(name), name);
             picture.endGroup();
         }
     }
 
 private:
-    double m_x;
+    double m_x = 0;
+    double m_width = 220;
+    double m_distance = 0;
     QStringList m_rows;
 };
 
@@ -368,6 +375,7 @@ class Graph
 {
 public:
     void add(const Line& line);
+    void finish() { takeSubscription(); }
     QList<Edge> posts() const { return edges(m_posts); }
     QList<Edge> hearing() const { return edges(m_hearing); }
 
@@ -382,18 +390,35 @@ private:
         return result;
     }
 
+    QString handler(Address address) const
+    {
+        const std::string_view name = m_program.handlerName(address);
+        return name.empty() ? hex(address) : decoded(name);
+    }
+
+    // The notes behind its line have told who it is.
+    void takeSubscription()
+    {
+        if (m_subscription)
+            m_hearing[{m_subscription->first, handler(m_subscription->second)}];
+        m_subscription.reset();
+    }
+
     Program m_program;
     Counts m_posts;
     Counts m_hearing;
+    std::optional<std::pair<QString, Address>> m_subscription;
 };
 
 } // namespace
 
 void Graph::add(const Line& line)
 {
+    if (line.reading != Reading::Note)
+        takeSubscription();
     m_program.feed(line);
     if (line.is(Text::Subscribe))
-        m_hearing[{unescaped(line.items[1].text), hex(line.items[0].address)}];
+        m_subscription.emplace(unescaped(line.items[1].text), line.items[0].address);
     if (!line.is(Text::Post) || line.items[0].address == 0)
         return;
     const std::string_view escapedType = line.items[0].field("type = ");
@@ -406,7 +431,7 @@ void Graph::add(const Line& line)
     if (known == types.end())
         return;
     for (const Subscription& subscription : known->second.subscribers)
-        ++m_hearing[{type, hex(subscription.handler)}];
+        ++m_hearing[{type, handler(subscription.handler)}];
 }
 
 static QJsonArray json(const QList<Edge>& edges)
@@ -419,12 +444,12 @@ static QJsonArray json(const QList<Edge>& edges)
 }
 
 static void drawEdges(
-    Picture& picture, const QList<Edge>& edges, const Column& from, double width, const Column& to)
+    Picture& picture, const QList<Edge>& edges, const Column& from, const Column& to)
 {
     for (const Edge& edge : edges) {
         const double stroke =
             edge.posts == 0 ? 0.5 : 1 + std::log10(static_cast<double>(edge.posts));
-        picture.arrow(from.x() + width, from.y(edge.from) - 4, to.x(), to.y(edge.to) - 4, stroke,
+        picture.arrow(from.right(), from.y(edge.from) - 4, to.left(), to.y(edge.to) - 4, stroke,
             QStringLiteral("%1 > %2: %3").arg(edge.from, edge.to, counted(edge.posts, "post")));
     }
 }
@@ -434,6 +459,7 @@ int graph(const Request& request)
     Graph graph;
     if (!readLines(request, [&](const Line& line) { graph.add(line); }))
         return Failed;
+    graph.finish();
     const QList<Edge> posts = graph.posts();
     const QList<Edge> hearing = graph.hearing();
     if (request.json) {
@@ -441,10 +467,9 @@ int graph(const Request& request)
             {QStringLiteral("posts"), json(posts)}, {QStringLiteral("hearing"), json(hearing)}});
         return Fine;
     }
-    constexpr double width = 220;
-    Column threads(20);
-    Column types(400);
-    Column handlers(780);
+    Column threads;
+    Column types;
+    Column handlers;
     for (const Edge& edge : posts) {
         threads.add(edge.from);
         types.add(edge.to);
@@ -453,15 +478,19 @@ int graph(const Request& request)
         types.add(edge.from);
         handlers.add(edge.to);
     }
+    constexpr double between = 160;
+    const double height = std::max({threads.size(), types.size(), handlers.size()}) * 28.0;
+    threads.place(20, height);
+    types.place(threads.right() + between, height);
+    handlers.place(types.right() + between, height);
     Picture picture;
-    drawEdges(picture, posts, threads, width, types);
-    drawEdges(picture, hearing, types, width, handlers);
-    threads.draw(picture, QStringLiteral("Who posts"), width);
-    types.draw(picture, QStringLiteral("Events"), width);
-    handlers.draw(picture, QStringLiteral("Who hears"), width);
-    const int rows = std::max({threads.size(), types.size(), handlers.size()});
+    drawEdges(picture, posts, threads, types);
+    drawEdges(picture, hearing, types, handlers);
+    threads.draw(picture, QStringLiteral("Who posts"));
+    types.draw(picture, QStringLiteral("Events"));
+    handlers.draw(picture, QStringLiteral("Who hears"));
     return writePicture(request, QStringLiteral("Events of %1").arg(request.file()),
-        picture.svg(handlers.x() + width + 20, 70 + rows * 28.0));
+        picture.svg(handlers.right() + 20, 60 + height));
 }
 
 } // namespace Zentu::Inspect
