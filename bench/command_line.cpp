@@ -7,7 +7,7 @@
 #include <QCommandLineParser>
 #include <QHash>
 #include <QMap>
-#include <QRegExp>
+#include <QRegularExpression>
 
 #include <CLI/CLI.hpp>
 #include <boost/program_options.hpp>
@@ -161,7 +161,7 @@ public:
 private:
     static QString keyOf(QString arg)
     {
-        return arg.replace(QRegExp(QStringLiteral("^-+")), QString());
+        return arg.replace(QRegularExpression(QStringLiteral("^-+")), QString());
     }
 
     QList<QStringList> keys;

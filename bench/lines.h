@@ -134,7 +134,7 @@ private:
 
     HandLine& put(const QString& item)
     {
-        const int begin = text.size();
+        const auto begin = text.size();
         text.resize(begin + item.size() + 2);
         char* to = text.data() + begin;
         *to++ = '"';

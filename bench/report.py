@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Writes docs/performance.md and its plot from the results of the benchmarks.
 
-    report.py RESULTS COUNTS.txt DOCS
+    report.py RESULTS COUNTS.txt DOCS [RESULTS-WITH-QT6]
 """
 
 import collections
@@ -101,11 +101,13 @@ def ratio(values, other):
     return values["zentu"][0] / values[other][0] if other in values else None
 
 
-def table(family, row, by_size):
+def table(family, row, by_size, on_six):
     names = list(dict.fromkeys(who for values in by_size.values() for who in values))
     judged = [who for who in limits(family, row) if who in names]
     sized = any(by_size)
     heads = (["size"] if sized else []) + names + ["allocations"] + [f"÷ {who}" for who in judged]
+    if on_six:
+        heads += ["on Qt 6"] + [f"÷ {who}" for who in judged] + ["÷ on Qt 5"]
     lines = ["| " + " | ".join(heads) + " |", "|" + "---|" * len(heads)]
     for size, values in by_size.items():
         cells = [size] if sized else []
@@ -116,6 +118,11 @@ def table(family, row, by_size):
             most = limit(family, row, who, size)
             over = value is not None and most is not None and value > most
             cells.append("" if value is None else f"{value:.3g}" + (" (!)" if over else ""))
+        if on_six:
+            there = on_six[size]
+            cells.append(time(there["zentu"][0]))
+            cells += [f"{ratio(there, who):.3g}" if who in there else "" for who in judged]
+            cells.append(f"{there['zentu'][0] / values['zentu'][0]:.3g}")
         lines.append("| " + " | ".join(cells) + " |")
     return lines
 
@@ -177,8 +184,9 @@ def plot(families):
 
 
 def main():
-    results, counts, docs = (pathlib.Path(argument) for argument in sys.argv[1:])
+    results, counts, docs, *six = (pathlib.Path(argument) for argument in sys.argv[1:])
     families, context = read(results)
+    families6 = read(six[0])[0] if six and six[0].exists() else {}
     lines = [
         "# Performance", "",
         "Written by `scripts/bench`; run it to have the numbers of your own machine. Those of a table come "
@@ -189,8 +197,9 @@ def main():
         "- `core` does the same steps, written by hand, without a line of trace.",
         "- `hand` is `core` with the line put together by hand, character by character.",
         "- `plain` is straightforward code: `QDebug`, connections by name, copies.",
-        "- Allocations are those of `zentu`. A mark (!) stands behind a ratio over our own limit.", "",
-        "![The worst ratio of each row](images/performance.svg)", ""]
+        "- Allocations are those of `zentu`. A mark (!) stands behind a ratio over our own limit.",
+        "- What stands behind `on Qt 6` was measured in the same run, with all who are compared built for it.",
+        "", "![The worst ratio of each row](images/performance.svg)", ""]
     for family, rows in families.items():
         title, text = TITLES[family]
         lines += [f"## {title}", "", text, ""]
@@ -198,7 +207,8 @@ def main():
             lines += trace_table(rows) + [""]
             continue
         for row, by_size in rows.items():
-            lines += [f"### {row}", ""] + table(family, row, by_size) + [""]
+            lines += [f"### {row}", ""] + table(
+                family, row, by_size, families6.get(family, {}).get(row)) + [""]
     lines += [(pathlib.Path(__file__).parent / "notes.md").read_text().rstrip(), ""]
     if counts.exists():
         lines += ["## Instructions", "",
