@@ -84,14 +84,15 @@ build() {
     die "the $preset build failed"
 }
 
-# run_tests PRESET [BUILD] runs the tests of a preset, and says how to run those alone that failed.
+# run_tests PRESET [BUILD [OPTION...]] runs the tests of a preset, those alone that options of ctest choose, and
+# says how to run those alone that failed.
 run_tests() {
   local preset failed name
   preset=$(preset "$1")
   failed=$top/build/$(preset "${2-$1}")/Testing/Temporary/LastTestsFailed.log
   step "Running the tests of $preset"
   rm -f "$failed"
-  ! (cd "$top" && ctest --preset "$preset") || return 0
+  ! (cd "$top" && ctest --preset "$preset" "${@:3}") || return 0
   [ ! -e "$failed" ] || while IFS=: read -r _ name; do
     echo "once more, alone: ctest --preset $preset -R '^$name\$'"
   done <"$failed"

@@ -67,8 +67,9 @@ public:
     int addSink(Sink sink, void* context)
     {
         const std::lock_guard<std::recursive_mutex> guard(mutex);
+        ++lastNumber;
         if (sink)
-            sinks[++lastNumber] = {sink, context};
+            sinks[lastNumber] = {sink, context};
         return lastNumber;
     }
 
