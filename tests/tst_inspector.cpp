@@ -10,12 +10,14 @@
 #include "mdi_area.h"
 #include "object_pool.h"
 #include "own_lines.h"
+#include "pages.h"
 #include "picker.h"
 #include "proxy_act.h"
 #include "try_page.h"
 #include "why.h"
 #include "wisp_recorder.h"
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
@@ -25,6 +27,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QStandardPaths>
 #include <QTabBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -68,6 +71,7 @@ private Q_SLOTS:
     void actionsPageShowsWhatIsSeen();
     void deletedProxyIsNotShown();
     void eventsNameTheirHandlersAndValues();
+    void postsTellTheFunctionThatPosted();
     void eventThatNobodyHeardStandsOut();
     void contextsTellWhatAChangeDid();
     void objectThatWasNeverLetGoStandsOut();
@@ -83,6 +87,9 @@ private Q_SLOTS:
     void escapeEndsPicking();
     void recordingIsUnderstood();
     void pagesStay();
+    void everyPageHasAKey();
+    void everyControlHasAName();
+    void emptyPageSaysSo();
     void hostsMessageHandlerIsCalled();
 
 private:
@@ -327,6 +334,20 @@ void InspectorTest::eventsNameTheirHandlersAndValues()
     QVERIFY2(text.contains(QStringLiteral("posted by")), qPrintable(text));
 }
 
+void InspectorTest::postsTellTheFunctionThatPosted()
+{
+    if (QStandardPaths::findExecutable(QStringLiteral("addr2line")).isEmpty())
+        QSKIP("needs addr2line");
+    EventManager::instance()->postEvent(new IEvent(QStringLiteral("lost")));
+    update();
+    QString posters = details("event", QStringLiteral("lost")).section(QLatin1String("by\n"), 1);
+    QVERIFY2(posters.startsWith(QLatin1String("tst_inspector+0x")), qPrintable(posters));
+    page<EventsPage>("event")->setShowsLines(true);
+    posters = details("event", QStringLiteral("lost")).section(QLatin1String("by\n"), 1);
+    QVERIFY2(posters.startsWith(QLatin1String("InspectorTest::postsTellTheFunctionThatPosted()")),
+        qPrintable(posters));
+}
+
 void InspectorTest::eventThatNobodyHeardStandsOut()
 {
     EventManager::instance()->postEvent(new IEvent(QStringLiteral("lost")));
@@ -369,6 +390,8 @@ void InspectorTest::objectThatWasNeverLetGoStandsOut()
     QCOMPARE(page<TablePage>("object")->view()->model()->rowCount(), 1);
     page<TablePage>("object")->filter()->setText(QStringLiteral("notes"));
     QCOMPARE(page<TablePage>("object")->view()->model()->rowCount(), 1);
+    QCOMPARE(page<TablePage>("object")->view()->model()->index(0, 2).data().toString(),
+        QStringLiteral("Zentu::IMdiSubWindow"));
     page<TablePage>("object")->filter()->setText(QStringLiteral("never let go"));
     QCOMPARE(page<TablePage>("object")->view()->model()->rowCount(), 0);
 }
@@ -552,7 +575,9 @@ void InspectorTest::clickLeadsToTheAction()
         QVERIFY(m_window->answer()->text().contains(QStringLiteral("QWidget “host”")));
     } else if (kind == QLatin1String("tab")) {
         QVERIFY(page<TablePage>("object")->widget()->isVisible());
-        QCOMPARE(page<TablePage>("object")->view()->model()->rowCount(), 1);
+        QCOMPARE(
+            page<TablePage>("object")->view()->currentIndex().siblingAtColumn(1).data().toString(),
+            QStringLiteral("one"));
     } else {
         QVERIFY(page<TablePage>("action")->widget()->isVisible());
         QCOMPARE(
@@ -603,6 +628,47 @@ void InspectorTest::pagesStay()
     PageWindow* const page = m_window->page(QStringLiteral("event"));
     page->close();
     QCOMPARE(m_window->page(QStringLiteral("event")), page);
+}
+
+void InspectorTest::everyPageHasAKey()
+{
+    m_window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    int key = Qt::Key_6;
+    for (const char* name : {"try", "line", "object", "context", "event", "action"}) {
+        const OwnLines::Scope own;
+        QTest::keyClick(m_window.get(), static_cast<Qt::Key>(key--), Qt::AltModifier);
+        QVERIFY2(m_window->page(QString::fromLatin1(name))->widget()->isVisible(), name);
+        QWidget* const focus = QApplication::focusWidget();
+        QVERIFY2(m_window->page(QString::fromLatin1(name))->isAncestorOf(focus), name);
+    }
+}
+
+// As a screen reader hears it.
+void InspectorTest::everyControlHasAName()
+{
+    for (const char* name : {"event", "context", "object", "line", "try", "action"}) {
+        m_window->go(QString::fromLatin1(name), QString());
+        const auto widgets = m_window->findChildren<QWidget*>();
+        for (QWidget* const widget : widgets) {
+            QAccessibleInterface* const heard = QAccessible::queryAccessibleInterface(widget);
+            if (widget->isVisible() && widget->focusPolicy() & Qt::TabFocus && heard)
+                QVERIFY2(!heard->text(QAccessible::Name).isEmpty(),
+                    qPrintable(QStringLiteral("%1: %2").arg(
+                        QLatin1String(name), QLatin1String(widget->metaObject()->className()))));
+        }
+    }
+}
+
+void InspectorTest::emptyPageSaysSo()
+{
+    for (const char* name : {"event", "context", "object", "line", "action"}) {
+        PageWindow* const page = m_window->page(QString::fromLatin1(name));
+        page->refresh();
+        QVERIFY2(page->findChild<QTextBrowser*>()->toPlainText().contains(
+                     QStringLiteral("has not done anything yet")),
+            name);
+    }
 }
 
 void InspectorTest::hostsMessageHandlerIsCalled()

@@ -43,8 +43,9 @@ static QString place(const Program& program, const std::string& name)
 
 static QString nameOf(const Switch& change)
 {
-    return QString::fromLatin1(
+    QString name = QString::fromLatin1(
         infoOf(change.what).text.data(), static_cast<int>(infoOf(change.what).text.size()));
+    return name.remove(QLatin1Char(':'));
 }
 
 std::vector<Row> ContextsPage::rows() const
@@ -79,8 +80,9 @@ QString ContextsPage::details(const QString& id) const
     proxies.sort();
     if (!proxies.isEmpty())
         html += Html::paragraph(tr("Backends for: %1").arg(proxies.join(QLatin1String(", "))));
-    QList<QStringList> table{{tr("when"), tr("what"), tr("asked"), tr("came"), tr("gone"),
-        tr("changed"), tr("in force after it")}};
+    QList<QStringList> table{{Html::strong(tr("when")), Html::strong(tr("what")),
+        Html::strong(tr("asked")), Html::strong(tr("came")), Html::strong(tr("gone")),
+        Html::strong(tr("changed")), Html::strong(tr("in force after it"))}};
     for (const auto& [name, changes] : changesByName(session().program())) {
         if (plain(name) != id)
             continue;

@@ -135,9 +135,11 @@ LinesPage::LinesPage(Session& session)
     m_view->setAlternatingRowColors(true);
     m_view->setAccessibleName(windowTitle());
     m_view->setTextElideMode(Qt::ElideRight);
-    for (int column = 0; column < 4; ++column)
+    const QStringList widest{QStringLiteral("0000000"), QStringLiteral("00:00:00.000"),
+        QStringLiteral("warning"), QStringLiteral("0000000")};
+    for (int column = 0; column < widest.size(); ++column)
         m_view->setColumnWidth(
-            column, fontMetrics().horizontalAdvance(QStringLiteral("00:00:00.000  ")));
+            column, fontMetrics().horizontalAdvance(widest.at(column) + QStringLiteral("    ")));
     m_details->setOpenLinks(false);
     m_details->setAccessibleName(tr("Details"));
 
@@ -174,6 +176,8 @@ void LinesPage::refresh()
     const QScrollBar* const bar = m_view->verticalScrollBar();
     const bool isAtEnd = bar->value() == bar->maximum();
     m_lines->update();
+    if (!m_view->currentIndex().isValid())
+        m_details->setHtml(m_lines->rowCount() == 0 ? nothingYet() : QString());
     if (isAtEnd)
         m_view->scrollToBottom();
 }

@@ -134,11 +134,15 @@ void Listener::hearMessage(QtMsgType type, const QMessageLogContext& context, co
 {
     Listener* const listener = s_current;
     const QByteArray bytes = text.toUtf8();
-    if (listener && OwnLines::contain(readLine(bytes.constData())))
+    const Line line = readLine(bytes.constData());
+    if (!listener || OwnLines::contain(line))
         return;
-    if (listener)
-        listener->add(recordOf(nameOf(type), bytes));
-    if (listener && listener->m_previousHandler)
+    Record record = recordOf(nameOf(type), bytes);
+    // A host may say its trace again as messages, when what a line names is gone.
+    if (line.reading == Reading::Understood && line.info->channel != Channel::Trace)
+        takeNotes(line, record);
+    listener->add(std::move(record));
+    if (listener->m_previousHandler)
         listener->m_previousHandler(type, context, text);
 }
 

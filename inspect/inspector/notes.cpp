@@ -54,10 +54,19 @@ static void takeValues(const IEvent* event, Record& record)
         record.notes.append("value: " + it.key().toUtf8() + " = " + valueText(it.value()));
 }
 
+const QObject* ownerOf(const QAction& action)
+{
+    const QObject* owner = action.parent();
+    while (owner && owner->parent() && owner->objectName().isEmpty()
+        && owner->metaObject() == &QObject::staticMetaObject)
+        owner = owner->parent();
+    return owner;
+}
+
 static QByteArray noteOfBackend(const QAction* action)
 {
     QByteArray text = action->isEnabled() ? "backend: enabled" : "backend: disabled";
-    if (const QObject* const owner = action->parent())
+    if (const QObject* const owner = ownerOf(*action))
         text += ", of " + described(owner);
     return text;
 }

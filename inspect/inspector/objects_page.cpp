@@ -2,6 +2,8 @@
 #include "html.h"
 #include "pages.h"
 
+#include <algorithm>
+
 namespace Zentu::Inspect {
 
 ObjectsPage::ObjectsPage(Session& session)
@@ -82,6 +84,14 @@ std::vector<Row> ObjectsPage::rows() const
     addDialogs(result);
     addWatches(result);
     return result;
+}
+
+void ObjectsPage::select(const QString& address)
+{
+    const std::vector<Row> all = rows();
+    const auto found = std::find_if(all.begin(), all.end(),
+        [&](const Row& row) { return row.id.endsWith(QLatin1Char('/') + address); });
+    TablePage::select(found == all.end() ? address : found->id);
 }
 
 QString ObjectsPage::details(const QString& id) const

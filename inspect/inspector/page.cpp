@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "page.h"
 
+#include "html.h"
 #include "own_lines.h"
 
 #include <QAction>
@@ -24,6 +25,8 @@ PageWindow::PageWindow(Session& session, const QString& name, const QString& tit
     setObjectName(name);
     setWindowTitle(title);
     setShortTitle(title);
+    // A page stays where and as large as it is.
+    setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
     connect(&session, &Session::changed, this, [this] {
         if (isVisible() && widget() && !widget()->visibleRegion().isEmpty())
             refresh();
@@ -34,6 +37,13 @@ void PageWindow::currentChanged(bool current)
 {
     if (current)
         refresh();
+}
+
+QString PageWindow::nothingYet() const
+{
+    return Html::paragraph(m_session.listener().hearsLines()
+            ? tr("The program has not done anything yet that is shown here.")
+            : tr("The program's logger cannot be listened to, so nothing is known of it."));
 }
 
 void PageWindow::closeEvent(QCloseEvent* event)
@@ -125,7 +135,9 @@ void TablePage::refresh()
 // Set only where it is different, so that what is being read neither jumps nor loses its selection.
 void TablePage::showDetails()
 {
-    const QString text = m_selected.isEmpty() ? QString() : details(m_selected);
+    const QString text = m_rows->rowCount() == 0 ? nothingYet()
+        : m_selected.isEmpty()                   ? QString()
+                                                 : details(m_selected);
     if (text == m_shown)
         return;
     m_shown = text;

@@ -40,6 +40,8 @@ Q_SIGNALS:
     void linkClicked(const QUrl& link);
 
 protected:
+    /// HTML for a page that has nothing to show.
+    QString nothingYet() const;
     /// A page stays as long as the window.
     void closeEvent(QCloseEvent* event) override;
 

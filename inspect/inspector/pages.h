@@ -72,6 +72,9 @@ class ObjectsPage : public TablePage
 public:
     explicit ObjectsPage(Session& session);
 
+    /// Selects the object at an address.
+    void select(const QString& address) override;
+
 protected:
     std::vector<Row> rows() const override;
     QString details(const QString& id) const override;

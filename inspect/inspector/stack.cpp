@@ -35,14 +35,13 @@ static bool isOf(std::string_view file, std::string_view part)
     return file.find(part) != std::string_view::npos;
 }
 
-/// Frames between a line and the one who caused it: the inspector, the logger and the library.
-static bool isInside(void* frame)
+static bool isOfLibrary(void* frame)
 {
     Dl_info info{};
     if (!dladdr(frame, &info) || !info.dli_fname)
         return false;
     const std::string_view file = info.dli_fname;
-    return isOf(file, "libwisp") || isOf(file, "libZentuKit") || isOf(file, "zentu_inspector");
+    return isOf(file, "libwisp") || isOf(file, "libZentuKit");
 }
 
 std::vector<void*> capture(int depth)
@@ -50,12 +49,14 @@ std::vector<void*> capture(int depth)
     std::array<void*, 64> frames{};
     const int most = std::min(depth + 12, static_cast<int>(frames.size()));
     const int count = depth > 0 ? backtrace(frames.data(), most) : 0;
-    return {frames.begin(), frames.begin() + count};
+    return std::vector<void*>(frames.begin(), frames.begin() + count);
 }
 
+/// Without the inspector, which comes first, and the logger and the library after it.
 static std::vector<void*> callersIn(const std::vector<void*>& frames)
 {
-    return {std::find_if_not(frames.begin(), frames.end(), isInside), frames.end()};
+    const auto library = std::find_if(frames.begin(), frames.end(), isOfLibrary);
+    return {std::find_if_not(library, frames.end(), isOfLibrary), frames.end()};
 }
 
 /// Where a frame is in its file. A return address is behind the call that is meant.
@@ -84,37 +85,51 @@ QStringList functions(const std::vector<void*>& frames)
     return result;
 }
 
-/// What addr2line knows of one frame: the function and its line, both or none.
-static QString lineOf(void* frame)
+using Names = QHash<void*, QString>;
+
+/// Adds what addr2line knows of the frames in a file: the function, and its line if there is one.
+static void askForLines(const QString& file, const QList<void*>& frames, Names& names)
 {
-    Dl_info info{};
-    if (!dladdr(frame, &info) || !info.dli_fname)
-        return {};
+    QStringList arguments{QStringLiteral("-Cfse"), file};
+    for (void* const frame : frames) {
+        Dl_info info{};
+        dladdr(frame, &info);
+        arguments.append(QString::number(offsetOf(frame, info), 16));
+    }
     QProcess process;
-    process.start(QStringLiteral("addr2line"),
-        {QStringLiteral("-Cfse"), QString::fromLocal8Bit(info.dli_fname),
-            QString::number(offsetOf(frame, info), 16)});
-    if (!process.waitForFinished(2000))
-        return {};
+    process.start(QStringLiteral("addr2line"), arguments);
+    if (!process.waitForFinished(5000))
+        return;
     const QStringList lines =
         QString::fromLocal8Bit(process.readAllStandardOutput()).split(QLatin1Char('\n'));
-    if (lines.size() < 2 || lines.first().startsWith(QLatin1Char('?')))
-        return {};
-    const bool hasLine = !lines.at(1).startsWith(QLatin1Char('?'));
-    return hasLine ? lines.at(0) + QLatin1String(", ") + lines.at(1) : lines.at(0);
+    for (int i = 0; i < frames.size() && 2 * i + 1 < lines.size(); ++i) {
+        const QString& function = lines.at(2 * i);
+        const QString& line = lines.at(2 * i + 1);
+        if (!function.startsWith(QLatin1Char('?')))
+            names[frames.at(i)] = line.startsWith(QLatin1Char('?'))
+                ? function
+                : function + QLatin1String(", ") + line;
+    }
 }
 
 QStringList describe(const std::vector<void*>& frames)
 {
-    static QHash<void*, QString> known;
-    QStringList result;
-    for (void* const frame : callersIn(frames)) {
-        if (!known.contains(frame)) {
-            const QString line = lineOf(frame);
-            known.insert(frame, line.isEmpty() ? nameOf(frame) : line);
-        }
-        result.append(known.value(frame));
+    static Names known;
+    const std::vector<void*> callers = callersIn(frames);
+    QHash<QString, QList<void*>> unknown;
+    for (void* const frame : callers) {
+        Dl_info info{};
+        if (known.contains(frame))
+            continue;
+        known.insert(frame, nameOf(frame));
+        if (dladdr(frame, &info) && info.dli_fname)
+            unknown[QString::fromLocal8Bit(info.dli_fname)].append(frame);
     }
+    for (auto it = unknown.cbegin(); it != unknown.cend(); ++it)
+        askForLines(it.key(), it.value(), known);
+    QStringList result;
+    for (void* const frame : callers)
+        result.append(known.value(frame));
     return result;
 }
 

@@ -13,6 +13,7 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -39,6 +40,7 @@ static QComboBox* makeEditable(const QString& name)
     box->setEditable(true);
     box->setInsertPolicy(QComboBox::NoInsert);
     box->setAccessibleName(name);
+    box->lineEdit()->setAccessibleName(name);
     return box;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "why.h"
 
+#include "notes.h"
 #include "proxy_act.h"
 
 #include <QActionGroup>
@@ -49,9 +50,9 @@ static QString activeContext(const ProxyAction& proxy)
     return it == contexts.end() ? QString() : *it;
 }
 
-static QString ownerOf(const QAction& action)
+static QString ownersName(const QAction& action)
 {
-    const QObject* const owner = action.parent();
+    const QObject* const owner = ownerOf(action);
     if (!owner)
         return tr("nobody");
     const QString className = QString::fromLatin1(owner->metaObject()->className());
@@ -120,7 +121,7 @@ static QString whyEnabled(const QAction& action, const QString& sentence)
     return sentence + QLatin1Char(' ')
         + tr("Its key %1 does nothing, because “%2” of %3 has the same one.")
               .arg(action.shortcut().toString(QKeySequence::NativeText),
-                  rivals.first()->text().remove(QLatin1Char('&')), ownerOf(*rivals.first()));
+                  rivals.first()->text().remove(QLatin1Char('&')), ownersName(*rivals.first()));
 }
 
 Why why(const Session& session, const ProxyAction& proxy)
@@ -133,7 +134,7 @@ Why why(const Session& session, const ProxyAction& proxy)
         result.sentence = withoutBackend(session, proxy);
     } else if (!backend->isEnabled()) {
         result.sentence = tr("Its backend for “%1”, of %2, is disabled %3.")
-                              .arg(result.activeContext, ownerOf(*backend),
+                              .arg(result.activeContext, ownersName(*backend),
                                   sinceText(session.enabledSince(backend)));
     } else if (!proxy.isEnabled()) {
         result.sentence =
@@ -142,7 +143,7 @@ Why why(const Session& session, const ProxyAction& proxy)
     } else {
         result.sentence = whyEnabled(proxy,
             tr("It is enabled: its backend for “%1”, of %2, is active.")
-                .arg(result.activeContext, ownerOf(*backend)));
+                .arg(result.activeContext, ownersName(*backend)));
     }
     return result;
 }
@@ -157,7 +158,8 @@ Why why(const QAction& action)
     else if (group && !group->isEnabled())
         result.sentence = tr("Its group is disabled. No proxy stands behind it.");
     else
-        result.sentence = tr("%1 has disabled it. No proxy stands behind it.").arg(ownerOf(action));
+        result.sentence =
+            tr("%1 has disabled it. No proxy stands behind it.").arg(ownersName(action));
     return result;
 }
 

@@ -71,6 +71,9 @@ void Window::makePages()
         new TryPage(m_session)};
     for (PageWindow* const page : pages) {
         m_area->addWindow(page);
+        QAction* const open =
+            m_pageMenu->addAction(page->windowTitle(), this, [this, page] { activate(page); });
+        open->setShortcut(QKeySequence(QStringLiteral("Alt+%1").arg(m_pageMenu->actions().size())));
         connect(page, &PageWindow::linkClicked, this, QOverload<const QUrl&>::of(&Window::go));
         for (ProxyAction* const proxy : qAsConst(m_proxies)) {
             if (page->findAction() && proxy->objectName() == QLatin1String("find"))
@@ -118,14 +121,7 @@ void Window::makeMenus()
     file->addSeparator();
     file->addAction(tr("&Close"), this, &QWidget::close);
 
-    QMenu* const view = menuBar()->addMenu(tr("&Page"));
-    connect(view, &QMenu::aboutToShow, this, [this, view] {
-        view->clear();
-        const QList<IMdiSubWindow*> pages = m_area->subWindows();
-        for (IMdiSubWindow* const page : pages)
-            view->addAction(page->windowTitle(), this,
-                [this, page] { activate(static_cast<PageWindow*>(page)); });
-    });
+    m_pageMenu = menuBar()->addMenu(tr("&Page"));
     auto* const callers = new QAction(tr("Callers with &Lines"), this);
     callers->setCheckable(true);
     connect(callers, &QAction::toggled, this, [this](bool on) {
@@ -163,10 +159,7 @@ void Window::go(const QString& name, const QString& id)
     if (!target)
         return;
     activate(target);
-    if (isAddress)
-        static_cast<ObjectsPage*>(target)->filter()->setText(id);
-    else
-        target->select(id);
+    target->select(id);
 }
 
 void Window::answerPlainAction(const QAction& action)

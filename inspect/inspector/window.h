@@ -7,6 +7,7 @@
 #include <QMainWindow>
 
 class QLabel;
+class QMenu;
 
 namespace Zentu {
 class MdiArea;
@@ -58,6 +59,7 @@ private:
     Picker* m_picker;
     QList<ProxyAction*> m_proxies;
     QAction* m_record;
+    QMenu* m_pageMenu = nullptr;
 };
 
 } // namespace Zentu::Inspect
