@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Takes the pictures of the inspector: zentu-inspector-pictures FOLDER SUFFIX. The programs of the
-// three guides are what it looks at, and then the Workbench, page by page. The scale is Qt's
+// Takes the pictures of the inspector: zentu-inspector-pictures FOLDER SUFFIX HOME. The programs of
+// the three guides are what it looks at, and then the Workbench, page by page. The scale is Qt's
 // QT_SCALE_FACTOR; "dark" in the suffix is the appearance.
 
 #include "action_mgr.h"
@@ -27,6 +27,14 @@
 #include <QTest>
 
 #include <array>
+
+// The pictures show its name.
+class Title : public Zentu::IEventHandler
+{
+public:
+    Title() { subscribe(QStringLiteral("document.opened")); }
+    void handleEvent(Zentu::IEvent*) override { }
+};
 
 namespace {
 
@@ -55,7 +63,8 @@ public:
         QTest::qWait(400);
         const QString file = QString::fromLatin1(name) + s_suffix + QStringLiteral(".png");
         const QImage picture = m_window.grab().toImage();
-        if (!picture.convertToFormat(QImage::Format_RGB888).save(file))
+        const int smallest = 0;
+        if (!picture.convertToFormat(QImage::Format_RGB888).save(file, "PNG", smallest))
             qFatal("cannot write %s", qPrintable(file));
     }
 
@@ -63,13 +72,6 @@ private:
     Zentu::Inspect::Listener m_listener;
     Zentu::Inspect::Session m_session;
     Zentu::Inspect::Window m_window;
-};
-
-class Title : public Zentu::IEventHandler
-{
-public:
-    Title() { subscribe(QStringLiteral("document.opened")); }
-    void handleEvent(Zentu::IEvent*) override { }
 };
 
 void post(const QString& type)
@@ -82,7 +84,7 @@ void post(const QString& type)
 void takeWhyGrey()
 {
     Inspected inspected;
-    inspected.resize(900, 420);
+    inspected.resize(860, 480);
     QObject host;
     Zentu::followContexts(&host);
     auto* const proxies = Zentu::ProxyActionManager::instance();
@@ -92,7 +94,7 @@ void takeWhyGrey()
     QAction saveText(QStringLiteral("Save the text"));
     save.addBackendAction(&saveText, QStringLiteral("text"));
     Zentu::ContextManager::instance()->addContext(QStringLiteral("txt"));
-    inspected.take("action", QStringLiteral("file.save"), "inspector-why-grey");
+    inspected.take("action", QStringLiteral("file.save"), "why-grey");
     delete Zentu::ContextManager::instance();
     delete proxies;
 }
@@ -100,37 +102,38 @@ void takeWhyGrey()
 void takeWhoHears()
 {
     Inspected inspected;
-    inspected.resize(900, 420);
+    inspected.resize(860, 480);
     const Title title;
     post(QStringLiteral("document.open"));
-    inspected.take("event", QStringLiteral("document.open"), "inspector-who-hears");
+    inspected.take("event", QStringLiteral("document.open"), "who-hears");
 }
 
 void takeNeverLetGo()
 {
     Inspected inspected;
-    inspected.resize(900, 420);
+    inspected.resize(860, 480);
     const std::array<Title, 3> titles;
     post(QStringLiteral("document.opened"));
-    inspected.take("event", QStringLiteral("document.opened"), "inspector-never-let-go");
+    inspected.take("event", QStringLiteral("document.opened"), "never-let-go");
 }
 
 QString writeText(const QString& name)
 {
-    QFile file(QDir::temp().filePath(name));
+    QFile file(name);
     if (!file.open(QIODevice::WriteOnly) || file.write("some\nlines\n") < 0)
         qFatal("cannot write %s", qPrintable(file.fileName()));
     return file.fileName();
 }
 
-void takePages()
+void takePages(const QString& home)
 {
     Inspected inspected;
     inspected.take("line", {}, "inspector-lines-empty");
     inspected.take("event", {}, "inspector-events-empty");
     MainWindow window;
     window.show();
-    window.open({writeText(QStringLiteral("notes.txt")), writeText(QStringLiteral("poem.txt"))});
+    window.open({writeText(home + QStringLiteral("/notes.txt")),
+        writeText(home + QStringLiteral("/poem.txt"))});
     post(QStringLiteral("nobody.listens"));
     inspected.take("action", QStringLiteral("edit.undo"), "inspector-actions");
     inspected.take("event", QStringLiteral("nobody.listens"), "inspector-events");
@@ -147,8 +150,8 @@ int main(int argc, char* argv[])
     followScreenScale();
     QApplication application(argc, argv);
     const QStringList arguments = QApplication::arguments();
-    if (arguments.size() != 3)
-        qFatal("usage: zentu-inspector-pictures FOLDER SUFFIX");
+    if (arguments.size() != 4)
+        qFatal("usage: zentu-inspector-pictures FOLDER SUFFIX HOME");
     const QTemporaryDir settings;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, settings.path());
     QDir::setCurrent(arguments.at(1));
@@ -160,6 +163,6 @@ int main(int argc, char* argv[])
     takeWhyGrey();
     takeWhoHears();
     takeNeverLetGo();
-    takePages();
+    takePages(arguments.at(3));
     return 0;
 }
