@@ -102,15 +102,20 @@ void ProgramTest::postsAreCountedByThreadAndMode()
         "\"t\") 0 ",
         "2026-11-22T12:00:02.000000Z 1 8 Zentu::EventManager(0x1) post event IEvent(0x5, type = "
         "\"t\") 2 ",
+        "2026-11-22T12:00:02.500000Z 1 8 Zentu::EventManager(0x1) post event IEvent(0x5, type = "
+        "\"t\") 0 ",
         "2026-11-22T12:00:03.000000Z 1 8 Zentu::EventManager(0x1) post event IEvent(0x0)  2 ",
     });
     const EventType& type = program.buses().at(1).find("t")->second;
-    QCOMPARE(type.postCount, 3);
-    QCOMPARE(type.posts.size(), std::size_t(2));
+    QCOMPARE(type.postCount, 4);
+    QCOMPARE(type.posts.size(), std::size_t(3));
     QCOMPARE(type.posts[0].thread, std::string("7"));
     QCOMPARE(type.posts[0].posts, 2);
+    QCOMPARE(type.posts[1].thread, std::string("8"));
     QCOMPARE(type.posts[1].mode, 2);
-    QCOMPARE(std::string(type.lastPost.time()), std::string("2026-11-22T12:00:02.000000Z"));
+    QCOMPARE(type.posts[2].thread, std::string("8"));
+    QCOMPARE(type.posts[2].mode, 0);
+    QCOMPARE(std::string(type.lastPost.time()), std::string("2026-11-22T12:00:02.500000Z"));
     QCOMPARE(program.buses().at(1).size(), std::size_t(1));
 }
 

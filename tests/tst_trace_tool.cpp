@@ -109,6 +109,7 @@ private Q_SLOTS:
     void timelineInJson();
     void timelineKnowsTheTime_data();
     void timelineKnowsTheTime();
+    void timelineGoesOnBehindManyPosts();
     void followGoesOnWithTheFile();
     void followWaitsForTheEndOfALine();
     void followTellsWhatAPipeHasAlready();
@@ -600,6 +601,26 @@ void TraceToolTest::timelineKnowsTheTime()
             .toObject();
     const QJsonObject thread = timeline.value(QStringLiteral("threads")).toArray().at(0).toObject();
     QCOMPARE(thread.value(QStringLiteral("ticks")).toArray(), QJsonArray{seconds});
+}
+
+void TraceToolTest::timelineGoesOnBehindManyPosts()
+{
+    // More than can be told apart: they get sparser, from the first to the last.
+    QByteArray trace;
+    for (int i = 0; i < 50000; ++i)
+        trace += "Zentu::EventManager(0x8) post event IEvent(0xe, type = \"a\") 0\n";
+    const QJsonObject timeline =
+        run({QStringLiteral("timeline"), QStringLiteral("--json"), file(trace)}).json().toObject();
+    const QJsonArray ticks = timeline.value(QStringLiteral("unheard"))
+                                 .toArray()
+                                 .at(0)
+                                 .toObject()
+                                 .value(QStringLiteral("ticks"))
+                                 .toArray();
+    QVERIFY2(
+        ticks.size() > 5000 && ticks.size() <= 20000, qPrintable(QString::number(ticks.size())));
+    QCOMPARE(ticks.first().toInt(), 1);
+    QVERIFY(ticks.last().toInt() > 49990);
 }
 
 void TraceToolTest::followGoesOnWithTheFile()

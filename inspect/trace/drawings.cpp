@@ -58,8 +58,16 @@ struct Span
 
 struct Row
 {
+    /// Adds a mark, unless the one before it is too close to be told apart at the finest.
+    void tick(double at, const QString& what);
+
     std::vector<Span> spans;
     std::vector<Span> ticks; ///< Of no length
+
+private:
+    void thinOut();
+
+    double m_distance = 0; ///< That of ticks, as far as the row goes by now
 };
 
 using Rows = std::map<QString, Row>;
@@ -75,10 +83,10 @@ public:
     QJsonObject json() const;
 
 private:
-    void tick(Rows& rows, const QString& name, const QString& what);
     void begin(Rows& rows, const QString& name, const QString& what);
     void end(Rows& rows, const QString& name);
     void addProxyLine(const Line& line);
+    Row& threadRow(std::string_view thread);
     void drawRows(Picture& picture, const QString& title, const Rows& rows, const char* tickColour,
         const char* spanStyle, double& y) const;
     static QJsonArray jsonOf(const Rows& rows);
@@ -88,6 +96,8 @@ private:
     qint64 m_number = 0;
     Program m_program;
     Rows m_threads;
+    std::string m_thread; ///< That of the line before, with its row
+    Row* m_threadRow = nullptr;
     Rows m_events;
     Rows m_unheard;
     Rows m_contexts;
@@ -126,13 +136,28 @@ static double seconds(std::string_view time)
     return static_cast<double>(whole) + fraction;
 }
 
-void Timeline::tick(Rows& rows, const QString& name, const QString& what)
+void Row::tick(double at, const QString& what)
 {
-    std::vector<Span>& ticks = rows[name].ticks;
-    // One for what cannot be told apart at the finest.
-    if (ticks.size() >= Columns)
+    // Lines of several threads can go back a little.
+    if (!ticks.empty() && std::abs(at - ticks.back().from) < m_distance)
         return;
-    ticks.push_back(Span{m_now, m_now, what});
+    if (ticks.size() >= Columns)
+        thinOut();
+    ticks.push_back(Span{at, at, what});
+}
+
+void Row::thinOut()
+{
+    constexpr double least = 1e-6;
+    m_distance = std::max(2 * (ticks.back().from - ticks.front().from) / Columns, least);
+    double last = ticks.front().from - m_distance;
+    const auto isClose = [&](const Span& tick) {
+        const bool result = std::abs(tick.from - last) < m_distance;
+        if (!result)
+            last = tick.from;
+        return result;
+    };
+    ticks.erase(std::remove_if(ticks.begin(), ticks.end(), isClose), ticks.end());
 }
 
 void Timeline::begin(Rows& rows, const QString& name, const QString& what)
@@ -162,6 +187,15 @@ void Timeline::addProxyLine(const Line& line)
         begin(m_actions, id, context ? unescaped(*context) : hex(active));
 }
 
+Row& Timeline::threadRow(std::string_view thread)
+{
+    if (!m_threadRow || m_thread != thread) {
+        m_thread = thread;
+        m_threadRow = &m_threads[decoded(thread)];
+    }
+    return *m_threadRow;
+}
+
 void Timeline::add(const Line& line)
 {
     ++m_number;
@@ -178,33 +212,33 @@ void Timeline::add(const Line& line)
     m_scale.last = std::max(m_scale.last, m_now);
     m_program.feed(line);
     if (!line.thread.empty())
-        tick(m_threads, decoded(line.thread), {});
+        threadRow(line.thread).tick(m_now, {});
     if (line.reading != Reading::Understood)
         return;
 
-    const QString name = unescaped(line.items[0].text);
-    const QString global = name + QStringLiteral(" (global)");
+    const auto name = [&] { return unescaped(line.items[0].text); };
+    const auto global = [&] { return name() + QStringLiteral(" (global)"); };
     switch (line.info->id) {
     case Text::Post: {
         const std::string_view escapedType = line.items[0].field("type = ");
         const EventTypes& types = m_program.buses().at(line.speaker.address);
         const auto type = types.find(escapedType);
         const bool isUnheard = type != types.end() && type->second.subscribers.empty();
-        tick(isUnheard ? m_unheard : m_events, unescaped(escapedType),
-            QStringLiteral("line %1").arg(m_number));
+        (isUnheard ? m_unheard : m_events)[unescaped(escapedType)].tick(
+            m_now, QStringLiteral("line %1").arg(m_number));
         break;
     }
     case Text::PushContext:
-        begin(m_contexts, name, name);
+        begin(m_contexts, name(), name());
         break;
     case Text::RemoveContext:
-        end(m_contexts, name);
+        end(m_contexts, name());
         break;
     case Text::AddGlobalContext:
-        begin(m_contexts, global, global);
+        begin(m_contexts, global(), global());
         break;
     case Text::RemoveGlobalContext:
-        end(m_contexts, global);
+        end(m_contexts, global());
         break;
     case Text::ActiveBackend:
         addProxyLine(line);
