@@ -55,6 +55,9 @@ private Q_SLOTS:
     void contextsAreStoredBeforeTheyAreHandedOn();
     void actionRegisteredMeanwhileIsReachedOnce_data();
     void actionRegisteredMeanwhileIsReachedOnce();
+    void walkReachesWhatIsRegisteredBehindIt_data();
+    void walkReachesWhatIsRegisteredBehindIt();
+    void listSetWhileAnotherOneIsHandedOnHolds();
     void managerMayBeDeletedByAnActionThatIsRegistered();
     void managerMayBeDeletedWhileItHandsOn();
     void actionsOutliveTheManager();
@@ -264,6 +267,52 @@ void ProxyActionManagerTest::actionRegisteredMeanwhileIsReachedOnce()
     QCOMPARE(lines.count(line(late)), 1);
     QCOMPARE(lines.last(), line(last));
     QCOMPARE(manager.getProxyAction(id), &late);
+}
+
+void ProxyActionManagerTest::walkReachesWhatIsRegisteredBehindIt_data()
+{
+    QTest::addColumn<QString>("id");
+    QTest::addColumn<QStringList>("contexts");
+    QTest::newRow("before the one that is told") << A << QStringList();
+    QTest::newRow("behind it") << QStringLiteral("D") << QStringList(E);
+}
+
+void ProxyActionManagerTest::walkReachesWhatIsRegisteredBehindIt()
+{
+    QFETCH(QString, id);
+    QFETCH(QStringList, contexts);
+    ProxyActionManager manager;
+    QAction backend;
+    ProxyAction told;
+    ProxyAction late;
+    told.addBackendAction(&backend, E);
+    manager.registerProxyAction(&told, B);
+    connect(&told, &QAction::changed, this, [&] {
+        if (manager.getProxyAction(id))
+            return;
+        manager.registerProxyAction(&late, id);
+        late.setCurrentContext({});
+    });
+    manager.setCurrentContext({E});
+    QCOMPARE(manager.getProxyAction(id), &late);
+    QCOMPARE(late.currentContext(), contexts);
+}
+
+void ProxyActionManagerTest::listSetWhileAnotherOneIsHandedOnHolds()
+{
+    ProxyActionManager manager;
+    QAction backend;
+    ProxyAction told;
+    ProxyAction next;
+    ProxyAction late;
+    told.addBackendAction(&backend, E);
+    manager.registerProxyAction(&told, A);
+    manager.registerProxyAction(&next, B);
+    connect(&told, &QAction::changed, this, [&] { manager.setCurrentContext({B}); });
+    manager.setCurrentContext({E});
+    manager.registerProxyAction(&late, E);
+    for (const ProxyAction* action : {&told, &next, &late})
+        QCOMPARE(action->currentContext(), QStringList(B));
 }
 
 void ProxyActionManagerTest::managerMayBeDeletedByAnActionThatIsRegistered()
