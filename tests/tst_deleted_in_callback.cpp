@@ -10,6 +10,7 @@
 #include <QDialogButtonBox>
 #include <QEventLoop>
 #include <QMdiArea>
+#include <QMetaMethod>
 #include <QPointer>
 #include <QPushButton>
 #include <QSignalBlocker>
@@ -61,6 +62,44 @@ void proxyDeletedInItsSignals(const std::function<void(ProxyAction*, QAction*)>&
     backend.setText(QStringLiteral("alone"));
 }
 
+/// An action that calls a function at each connection and disconnection.
+template <typename Action>
+class Telling : public Action
+{
+public:
+    using Tell = std::function<void(const QMetaMethod& signal)>;
+
+    explicit Telling(Tell tell)
+        : Action(nullptr)
+        , m_tell(std::move(tell))
+    {
+    }
+
+protected:
+    void connectNotify(const QMetaMethod& signal) override { m_tell(signal); }
+    void disconnectNotify(const QMetaMethod& signal) override { m_tell(signal); }
+
+private:
+    Tell m_tell;
+};
+
+// Deletes a proxy while a backend that it has is disconnected.
+void proxyDeletedInARemoval(const std::function<void(ProxyAction*, QAction*)>& remove)
+{
+    auto* const proxy = new ProxyAction;
+    const QPointer<ProxyAction> alive = proxy;
+    bool isRemoving = false;
+    Telling<QAction> backend([&](const QMetaMethod&) {
+        if (std::exchange(isRemoving, false))
+            delete proxy;
+    });
+    proxy->addBackendAction(&backend, A);
+    proxy->setCurrentContext({A});
+    isRemoving = true;
+    remove(proxy, &backend);
+    QVERIFY(!alive);
+}
+
 /// A document that calls functions, once each.
 class Document : public IMdiSubWindow
 {
@@ -73,6 +112,28 @@ public:
 
     std::function<void()> onCurrent;
     std::function<void()> onNotCurrent;
+    std::function<void()> onParentChange;
+    std::function<void()> onStateWatched;
+
+protected:
+    bool event(QEvent* event) override
+    {
+        const bool isHandled = IMdiSubWindow::event(event);
+        if (event->type() == QEvent::ParentChange) {
+            if (const auto call = std::exchange(onParentChange, {}))
+                call();
+        }
+        return isHandled;
+    }
+
+    // The last thing that the inner area does as it takes a document.
+    void connectNotify(const QMetaMethod& signal) override
+    {
+        if (signal != QMetaMethod::fromSignal(&QMdiSubWindow::windowStateChanged))
+            return;
+        if (const auto call = std::exchange(onStateWatched, {}))
+            call();
+    }
 };
 
 /// An area with the documents a and b, of which b is current.
@@ -216,6 +277,40 @@ const Case Cases[] = {
             proxy->defaultProp()->setText(QStringLiteral("changed"));
             QTRY_VERIFY(!proxy);
         }},
+    {"proxy while a backend is connected",
+        [] {
+            auto* proxy = new ProxyAction;
+            const QPointer<ProxyAction> alive = proxy;
+            Telling<QAction> backend(
+                [&](const QMetaMethod&) { delete std::exchange(proxy, nullptr); });
+            proxy->addBackendAction(&backend, A);
+            QVERIFY(!alive);
+        }},
+    {"proxy while a backend is removed by itself",
+        [] {
+            proxyDeletedInARemoval(
+                [](ProxyAction* proxy, QAction* backend) { proxy->removeBackendAction(backend); });
+        }},
+    {"proxy while a backend is removed by its context",
+        [] {
+            proxyDeletedInARemoval(
+                [](ProxyAction* proxy, QAction*) { proxy->removeBackendContext(A); });
+        }},
+    {"proxy as it lets go of its backend",
+        [] {
+            QAction backend;
+            QPointer<ProxyAction> proxy;
+            bool isSwitching = false;
+            proxy = new Telling<ProxyAction>([&](const QMetaMethod& signal) {
+                if (isSwitching && signal == QMetaMethod::fromSignal(&QAction::hovered))
+                    delete proxy;
+            });
+            proxy->addBackendAction(&backend, A);
+            proxy->setCurrentContext({A});
+            isSwitching = true;
+            proxy->setCurrentContext({});
+            QVERIFY(!proxy);
+        }},
     {"manager while it hands contexts on",
         [] {
             QAction backend(QStringLiteral("backend"));
@@ -251,6 +346,26 @@ const Case Cases[] = {
             once(desk.area.data(), &MdiArea::currentSubWindowChanged, [&] { delete desk.area; });
             desk.activate(desk.a);
             QVERIFY(!desk.area);
+        }},
+    {"area when a document has left it",
+        [] {
+            QWidget window;
+            const QPointer<MdiArea> area = new MdiArea(&window);
+            Document document;
+            area->addWindow(&document);
+            document.onParentChange = [&] { delete area; };
+            area->removeWindow(&document);
+            QVERIFY(!area);
+            QVERIFY(!document.ownerArea());
+        }},
+    {"document while it is added",
+        [] {
+            MdiArea area;
+            const QPointer<Document> document = new Document;
+            document->onStateWatched = [&] { delete document; };
+            area.addWindow(document);
+            QVERIFY(!document);
+            QVERIFY(area.subWindows().isEmpty());
         }},
     {"document in its currentChanged(true)",
         [] {

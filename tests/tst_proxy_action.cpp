@@ -3,6 +3,7 @@
 
 #include "recorder.h"
 
+#include <QHash>
 #include <QMenu>
 #include <QMetaMethod>
 #include <QPixmap>
@@ -11,6 +12,7 @@
 #include <QTest>
 
 #include <functional>
+#include <iterator>
 #include <memory>
 #include <utility>
 
@@ -208,6 +210,7 @@ private Q_SLOTS:
     void removalByActionSwitches();
     void removalOfAnUnknownActionIsRefused();
     void removalLeavesOtherRegistrationsUnwatched();
+    void removalTakesTheFirstContextOfAnAction();
     void removalByContextReturnsTheAction();
     void removalOfAnUnknownContextReturnsNull();
     void dyingBackendIsDroppedWithoutADisconnect();
@@ -216,11 +219,12 @@ private Q_SLOTS:
     void innermostOfNestedSwitchesHolds_data();
     void innermostOfNestedSwitchesHolds();
     void switchOvertakenWhileItDisconnectsConnectsNothing();
+    void switchOvertakenThereAndBackDisconnectsNothingMore();
     void backendThatDiesBeforeItIsActiveIsPassedOver();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected();
-    void removalOfAnInactiveBackendSwitchesNothing_data();
-    void removalOfAnInactiveBackendSwitchesNothing();
+    void changeOfAnInactiveBackendSwitchesNothing_data();
+    void changeOfAnInactiveBackendSwitchesNothing();
     void dyingBackendCanBeRemoved_data();
     void dyingBackendCanBeRemoved();
     void dyingBackendIsNotSelected();
@@ -873,6 +877,25 @@ void ProxyActionTest::removalLeavesOtherRegistrationsUnwatched()
     QVERIFY(proxy.getBackendAction(staysAtA ? A : B));
 }
 
+// The order is that of the table, which differs from run to run: several names try both.
+void ProxyActionTest::removalTakesTheFirstContextOfAnAction()
+{
+    QAction action;
+    for (int i = 0; i < 16; ++i) {
+        ProxyAction proxy;
+        QHash<QString, QAction*> table;
+        for (const char* const name : {"one %1", "two %1"}) {
+            const QString context = QString::fromLatin1(name).arg(i);
+            proxy.addBackendAction(&action, context);
+            table.insert(context, &action);
+        }
+        proxy.removeBackendAction(&action);
+        const auto first = table.constBegin();
+        QVERIFY(!proxy.getBackendAction(first.key()));
+        QCOMPARE(proxy.getBackendAction(std::next(first).key()), &action);
+    }
+}
+
 void ProxyActionTest::removalByContextReturnsTheAction()
 {
     QStringList log;
@@ -1058,6 +1081,32 @@ void ProxyActionTest::switchOvertakenWhileItDisconnectsConnectsNothing()
         QList<qsizetype>({ofA.count(), ofB.count(), ofX.count()}), QList<qsizetype>({0, 0, 1}));
 }
 
+void ProxyActionTest::switchOvertakenThereAndBackDisconnectsNothingMore()
+{
+    ProxyAction proxy;
+    bool isFirst = true;
+    Telling a([&](const char* what, const QAction*) {
+        if (QLatin1String(what) == QLatin1String("disconnect") && std::exchange(isFirst, false)) {
+            proxy.setCurrentContext({X});
+            proxy.setCurrentContext({A});
+        }
+    });
+    QAction b;
+    QAction x;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&b, B);
+    proxy.addBackendAction(&x, X);
+    proxy.setCurrentContext({A});
+    proxy.setCurrentContext({B});
+    QCOMPARE(proxy.currentActiveBackendAction(), &a);
+    const QSignalSpy triggered(&a, &QAction::triggered);
+    const QSignalSpy hovered(&a, &QAction::hovered);
+    proxy.trigger();
+    proxy.hover();
+    QCOMPARE(triggered.count(), 1);
+    QCOMPARE(hovered.count(), 1);
+}
+
 void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()
 {
     ProxyAction proxy;
@@ -1079,16 +1128,20 @@ void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()
 void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected_data()
 {
     QTest::addColumn<bool>("byContext");
-    QTest::newRow("by action") << false;
-    QTest::newRow("by context") << true;
+    QTest::addColumn<int>("disconnects");
+    QTest::newRow("by action, when its end is not followed") << false << 1;
+    QTest::newRow("by context, when its end is not followed") << true << 1;
+    QTest::newRow("by action, when its look is not followed") << false << 2;
+    QTest::newRow("by context, when its look is not followed") << true << 2;
 }
 
 void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
 {
     QFETCH(bool, byContext);
+    QFETCH(int, disconnects);
     ProxyAction proxy;
-    auto* const a = new Telling([](const char* what, const QAction* action) {
-        if (QLatin1String(what) == QLatin1String("disconnect"))
+    auto* const a = new Telling([&](const char* what, const QAction* action) {
+        if (QLatin1String(what) == QLatin1String("disconnect") && --disconnects == 0)
             delete action;
     });
     QAction b(QStringLiteral("b"));
@@ -1103,33 +1156,35 @@ void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
     QCOMPARE(proxy.text(), b.text());
 }
 
-void ProxyActionTest::removalOfAnInactiveBackendSwitchesNothing_data()
+void ProxyActionTest::changeOfAnInactiveBackendSwitchesNothing_data()
 {
-    QTest::addColumn<bool>("byContext");
-    QTest::newRow("by action") << false;
-    QTest::newRow("by context") << true;
+    QTest::addColumn<QString>("how");
+    for (const char* const how : {"removed by action", "removed by context", "added"})
+        QTest::newRow(how) << QString::fromLatin1(how);
 }
 
 // Even while the backend that is to be active is registered, but not switched to yet.
-void ProxyActionTest::removalOfAnInactiveBackendSwitchesNothing()
+void ProxyActionTest::changeOfAnInactiveBackendSwitchesNothing()
 {
-    QFETCH(bool, byContext);
+    QFETCH(QString, how);
     ProxyAction proxy;
     QAction b;
-    QList<QAction*> activeAfterRemoval;
+    QList<QAction*> activeAfterChange;
     Telling a([&](const char*, const QAction*) {
-        if (!proxy.getBackendAction(B))
+        if (!activeAfterChange.isEmpty())
             return;
-        if (byContext)
+        if (how == QLatin1String("removed by action"))
+            proxy.removeBackendAction(&b);
+        else if (how == QLatin1String("removed by context"))
             proxy.removeBackendContext(B);
         else
-            proxy.removeBackendAction(&b);
-        activeAfterRemoval.append(proxy.currentActiveBackendAction());
+            proxy.addBackendAction(&b, X);
+        activeAfterChange.append(proxy.currentActiveBackendAction());
     });
     proxy.addBackendAction(&b, B);
     proxy.setCurrentContext({A});
     proxy.addBackendAction(&a, A);
-    QCOMPARE(activeAfterRemoval, QList<QAction*>{nullptr});
+    QCOMPARE(activeAfterChange, QList<QAction*>{nullptr});
     QCOMPARE(proxy.currentActiveBackendAction(), &a);
 }
 
