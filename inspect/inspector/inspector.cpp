@@ -54,6 +54,7 @@ void Inspector::open()
 // Before the application is gone, whose windows do not outlive it.
 void Inspector::close()
 {
+    const OwnLines::Scope own;
     m_window.reset();
     m_session.reset();
 }

@@ -3,6 +3,7 @@
 
 #include <QObject>
 
+#include <atomic>
 #include <mutex>
 #include <unordered_set>
 
@@ -28,14 +29,29 @@ static Speakers& speakers()
     return *instance;
 }
 
+static std::atomic<QtMessageHandler> s_hostsHandler = nullptr;
+
+// Other threads' messages are the host's as ever.
+static void passOn(QtMsgType type, const QMessageLogContext& context, const QString& text)
+{
+    if (s_scopes == 0)
+        s_hostsHandler.load()(type, context, text);
+}
+
+// A handler that the host has put before the listener's would get the messages otherwise.
 Scope::Scope()
 {
-    ++s_scopes;
+    if (s_scopes++ == 0) {
+        const QtMessageHandler handler = qInstallMessageHandler(nullptr);
+        s_hostsHandler = handler;
+        qInstallMessageHandler(passOn);
+    }
 }
 
 Scope::~Scope()
 {
-    --s_scopes;
+    if (--s_scopes == 0)
+        qInstallMessageHandler(s_hostsHandler);
 }
 
 void add(QObject* object)

@@ -4,8 +4,10 @@
 // and says alone.
 
 #include <QApplication>
+#include <QDirIterator>
 #include <QFile>
 #include <QHash>
+#include <QLineEdit>
 #include <QProcess>
 #include <QRegularExpression>
 #include <QTemporaryDir>
@@ -23,6 +25,7 @@ struct Result
     QString out;
     QString error;
     QStringList trace;
+    QByteArray settings;
 };
 
 } // namespace
@@ -37,6 +40,8 @@ private Q_SLOTS:
     void linesAreThoseOfTheHostAlone();
     void commandSaysWhatIsWrong_data();
     void commandSaysWhatIsWrong();
+    void commandLooksAtTheLibraries_data();
+    void commandLooksAtTheLibraries();
 
 private:
     static Result run(const QString& program, const QStringList& arguments);
@@ -74,6 +79,12 @@ static QStringList messages(const Result& result)
     return normalized(lines.join(QLatin1Char('\n')));
 }
 
+static QByteArray content(const QString& path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
 Result InspectedHostTest::run(const QString& program, const QStringList& arguments)
 {
     const QTemporaryDir folder;
@@ -96,14 +107,23 @@ Result InspectedHostTest::run(const QString& program, const QStringList& argumen
     QFile file(trace);
     if (file.open(QIODevice::ReadOnly))
         result.trace = normalized(QString::fromUtf8(file.readAll()));
+    QDirIterator files(
+        folder.filePath(QStringLiteral("config")), QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext())
+        result.settings += content(files.next());
     return result;
 }
 
-// A window, and where there is an inspector, the inspector's.
+// A window, which keeps the focus when there is an inspector's beside it.
 void InspectedHostTest::hostOfOtherTests()
 {
     QWidget window;
+    QLineEdit edit(&window);
     window.show();
+    edit.setFocus();
+    // Without a screen, whatever is shown last is active.
+    const bool hasFocus = QGuiApplication::platformName() != QLatin1String("offscreen");
+    QVERIFY(!hasFocus || QTest::qWaitForWindowActive(&window));
     const auto isInspected = [] {
         const QWidgetList windows = QApplication::topLevelWidgets();
         return std::any_of(windows.begin(), windows.end(), [](const QWidget* shown) {
@@ -112,14 +132,18 @@ void InspectedHostTest::hostOfOtherTests()
     };
     if (qEnvironmentVariableIsSet("QT_QPA_GENERIC_PLUGINS"))
         QTRY_VERIFY(isInspected());
+    QTest::qWait(100);
+    QVERIFY(!hasFocus || (window.isActiveWindow() && edit.hasFocus()));
 }
 
-// The application's own loop never runs in a test, and so does not end.
+// The application's own loop never runs in a test, and so does not end. A test has a message
+// handler of its own, too.
 void InspectedHostTest::hostWithoutALoopEnds()
 {
     const Result result = run(QStringLiteral(ZENTU_INSPECT),
         {QCoreApplication::applicationFilePath(), QStringLiteral("hostOfOtherTests")});
     QVERIFY2(result.exitCode == 0, qPrintable(result.out + result.error));
+    QVERIFY2(!result.out.contains(QLatin1String("Zentu::")), qPrintable(result.out));
 }
 
 void InspectedHostTest::linesAreThoseOfTheHostAlone()
@@ -143,6 +167,8 @@ void InspectedHostTest::linesAreThoseOfTheHostAlone()
     QCOMPARE(inspected.trace.size(), alone.trace.size());
     QCOMPARE(inspected.out, alone.out);
     QCOMPARE(messages(inspected), messages(alone));
+    QVERIFY(!alone.settings.isEmpty());
+    QCOMPARE(inspected.settings, alone.settings);
 }
 
 void InspectedHostTest::commandSaysWhatIsWrong_data()
@@ -166,6 +192,43 @@ void InspectedHostTest::commandSaysWhatIsWrong()
     const Result result = run(QStringLiteral(ZENTU_INSPECT), arguments);
     QCOMPARE(result.exitCode, exitCode);
     QVERIFY2((result.out + result.error).startsWith(says), qPrintable(result.error));
+}
+
+void InspectedHostTest::commandLooksAtTheLibraries_data()
+{
+    QTest::addColumn<QString>("libraries");
+    QTest::addColumn<int>("exitCode");
+    QTest::addColumn<QString>("says");
+    const QString core = QStringLiteral("libQt%1Core.so => /lib/libQt%1Core.so\n");
+    QTest::newRow("another Qt") << core.arg(11 - QT_VERSION_MAJOR) << 2
+                                << QStringLiteral(
+                                       "zentu-inspect: there is no inspector for Qt %1 in")
+                                       .arg(11 - QT_VERSION_MAJOR);
+    QTest::newRow("another logger")
+        << core.arg(QT_VERSION_MAJOR) + QStringLiteral("libwisp.so => /bin/true\n") << 0
+        << "zentu-inspect: the logger /bin/true cannot be listened to, so no lines are seen";
+    QTest::newRow("its own") << core.arg(QT_VERSION_MAJOR) << 0 << QString();
+}
+
+// What a program is linked with is asked of a command that has been put first.
+void InspectedHostTest::commandLooksAtTheLibraries()
+{
+    QFETCH(const QString, libraries);
+    QFETCH(const int, exitCode);
+    QFETCH(const QString, says);
+    const QTemporaryDir folder;
+    QFile command(folder.filePath(QStringLiteral("ldd")));
+    QVERIFY(command.open(QIODevice::WriteOnly));
+    command.write("#!/bin/sh\ncat <<'END'\n" + libraries.toUtf8() + "END\n");
+    command.close();
+    command.setPermissions(QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QByteArray path = qgetenv("PATH");
+    qputenv("PATH", QFile::encodeName(folder.path()) + ':' + path);
+    const Result result = run(QStringLiteral(ZENTU_INSPECT), {QStringLiteral("/bin/true")});
+    qputenv("PATH", path);
+    QCOMPARE(result.exitCode, exitCode);
+    QVERIFY2(result.error.startsWith(says) && result.error.isEmpty() == says.isEmpty(),
+        qPrintable(result.error));
 }
 
 QTEST_MAIN(InspectedHostTest)
