@@ -158,6 +158,7 @@ void TraceToolTest::helpNamesEveryCommand()
              "graph", "normal", "diff", "follow"}) {
         QVERIFY2(answer.text.contains(QByteArray("\n  ") + command + ' '), command);
         QVERIFY2(manual.contains(QByteArray(".BI ") + command + " \""), command);
+        QVERIFY2(manual.contains(QByteArray("zentu-trace ") + command + ' '), command);
         QVERIFY2(completion.contains(command), command);
     }
 }

@@ -146,18 +146,13 @@ void Row::tick(double at, const QString& what)
     ticks.push_back(Span{at, at, what});
 }
 
+// Each second one stays, so that it is not done again soon whatever their times are.
 void Row::thinOut()
 {
-    constexpr double least = 1e-6;
-    m_distance = std::max(2 * (ticks.back().from - ticks.front().from) / Columns, least);
-    double last = ticks.front().from - m_distance;
-    const auto isClose = [&](const Span& tick) {
-        const bool result = std::abs(tick.from - last) < m_distance;
-        if (!result)
-            last = tick.from;
-        return result;
-    };
-    ticks.erase(std::remove_if(ticks.begin(), ticks.end(), isClose), ticks.end());
+    m_distance = 2 * std::abs(ticks.back().from - ticks.front().from) / Columns;
+    for (std::size_t i = 1; 2 * i < ticks.size(); ++i)
+        ticks[i] = std::move(ticks[2 * i]);
+    ticks.resize((ticks.size() + 1) / 2);
 }
 
 void Timeline::begin(Rows& rows, const QString& name, const QString& what)
