@@ -180,6 +180,7 @@ private Q_SLOTS:
     void tabOfADeadDocumentCallsNobody();
     void innermostActivationHolds_data();
     void innermostActivationHolds();
+    void documentThatComesBackWhileItIsLeftIsToldOnly();
     void dyingAreaOwnsNoDocument();
     void windowsAreCascadedAndTiled();
     void areaDiesWithItsDocuments();
@@ -426,6 +427,7 @@ void MdiAreaTest::activationIsTracedAndToldOnce()
     QVERIFY(lines.indexOf(told) > 0);
 
     // The same document again: a line, and nothing else.
+    m_log.clear();
     QVERIFY(QMetaObject::invokeMethod(m_inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, a)));
     QCOMPARE(recorder.take(),
         QStringList(
@@ -437,6 +439,7 @@ void MdiAreaTest::activationIsTracedAndToldOnce()
     QCOMPARE(
         recorder.take().last(), trace(area() + QLatin1String(" active window: MdiWindow(0x0) ")));
     QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_log, QStringList());
     QCOMPARE(m_area->currentSubWindow(), a);
 }
 
@@ -942,6 +945,26 @@ void MdiAreaTest::innermostActivationHolds()
             QCOMPARE(lines.last().startsWith(name + QLatin1String(" on")), name == current);
     }
     QCOMPARE(tabConnections(), QList<int>({1, 1, 1}));
+}
+
+void MdiAreaTest::documentThatComesBackWhileItIsLeftIsToldOnly()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    b->onNotCurrent = [&] { m_area->setCurrentSubWindow(b); };
+    const QSignalSpy changed(m_area.get(), &MdiArea::currentSubWindowChanged);
+    m_log.clear();
+    Recorder recorder;
+    m_area->setCurrentSubWindow(a);
+    QTRY_COMPARE(m_log.size(), 2);
+    QCOMPARE(m_log,
+        QStringList(
+            {QStringLiteral("b off, current b, tab 1"), QStringLiteral("b on, current b, tab 1")}));
+    QCOMPARE(recorder.take().filter(QStringLiteral("current window changed:")),
+        QStringList(info(area() + QLatin1String(" current window changed: ") + window(a))));
+    QVERIFY(changed.isEmpty());
+    QCOMPARE(m_area->currentSubWindow(), b);
 }
 
 void MdiAreaTest::dyingAreaOwnsNoDocument()

@@ -220,6 +220,7 @@ private Q_SLOTS:
     void innermostOfNestedSwitchesHolds();
     void switchOvertakenWhileItDisconnectsConnectsNothing();
     void switchOvertakenThereAndBackDisconnectsNothingMore();
+    void switchOvertakenWhileItConnectsConnectsNothingMore();
     void backendThatDiesBeforeItIsActiveIsPassedOver();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected();
@@ -1107,6 +1108,26 @@ void ProxyActionTest::switchOvertakenThereAndBackDisconnectsNothingMore()
     QCOMPARE(hovered.count(), 1);
 }
 
+void ProxyActionTest::switchOvertakenWhileItConnectsConnectsNothingMore()
+{
+    ProxyAction proxy;
+    bool isSwitching = false;
+    Telling a([&](const char* what, const QAction*) {
+        if (QLatin1String(what) == QLatin1String("connect") && std::exchange(isSwitching, false))
+            proxy.setCurrentContext({X});
+    });
+    QAction x;
+    proxy.addBackendAction(&a, A);
+    proxy.addBackendAction(&x, X);
+    isSwitching = true;
+    proxy.setCurrentContext({A});
+    QCOMPARE(proxy.currentActiveBackendAction(), &x);
+    const QSignalSpy ofA(&a, &QAction::triggered);
+    const QSignalSpy ofX(&x, &QAction::triggered);
+    proxy.trigger();
+    QCOMPARE(QList<qsizetype>({ofA.count(), ofX.count()}), QList<qsizetype>({0, 1}));
+}
+
 void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()
 {
     ProxyAction proxy;
@@ -1159,7 +1180,7 @@ void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected()
 void ProxyActionTest::changeOfAnInactiveBackendSwitchesNothing_data()
 {
     QTest::addColumn<QString>("how");
-    for (const char* const how : {"removed by action", "removed by context", "added"})
+    for (const char* const how : {"removed by action", "removed by context", "destroyed", "added"})
         QTest::newRow(how) << QString::fromLatin1(how);
 }
 
@@ -1168,20 +1189,22 @@ void ProxyActionTest::changeOfAnInactiveBackendSwitchesNothing()
 {
     QFETCH(QString, how);
     ProxyAction proxy;
-    QAction b;
+    auto b = std::make_unique<QAction>();
     QList<QAction*> activeAfterChange;
     Telling a([&](const char*, const QAction*) {
         if (!activeAfterChange.isEmpty())
             return;
         if (how == QLatin1String("removed by action"))
-            proxy.removeBackendAction(&b);
+            proxy.removeBackendAction(b.get());
         else if (how == QLatin1String("removed by context"))
             proxy.removeBackendContext(B);
+        else if (how == QLatin1String("destroyed"))
+            b.reset();
         else
-            proxy.addBackendAction(&b, X);
+            proxy.addBackendAction(b.get(), X);
         activeAfterChange.append(proxy.currentActiveBackendAction());
     });
-    proxy.addBackendAction(&b, B);
+    proxy.addBackendAction(b.get(), B);
     proxy.setCurrentContext({A});
     proxy.addBackendAction(&a, A);
     QCOMPARE(activeAfterChange, QList<QAction*>{nullptr});
