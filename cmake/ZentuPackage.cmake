@@ -1,5 +1,5 @@
 # Packages: cpack -G DEB makes one of each part, cpack -G TGZ one archive. With Qt 6 there are only those of the
-# library: the rest is the same for either.
+# library and of the inspector, which a program loads: the rest is the same for either.
 
 string(TOLOWER "${zentu_name}" CPACK_PACKAGE_NAME)
 set(CPACK_PACKAGE_VENDOR "The ZentuKit developers")
@@ -17,6 +17,9 @@ if(QT_MAJOR_VERSION EQUAL 5)
 endif()
 if(QT_MAJOR_VERSION EQUAL 5 AND TARGET zentu-workbench)
   list(APPEND CPACK_COMPONENTS_ALL workbench)
+endif()
+if(TARGET zentu_inspector)
+  list(APPEND CPACK_COMPONENTS_ALL inspector)
 endif()
 if(QT_MAJOR_VERSION EQUAL 5 AND TARGET zentu-trace)
   list(APPEND CPACK_COMPONENTS_ALL tools)
@@ -55,7 +58,13 @@ set(CPACK_DEBIAN_WORKBENCH_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_WORKBENCH_PACKAGE_RECOMMENDS libqt5svg5)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME zentukit-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION devel)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "libzentukit (= ${PROJECT_VERSION})")
+# The commands ask for no widgets, and either inspector for nothing of the other Qt.
+set(CPACK_DEBIAN_TOOLS_PACKAGE_RECOMMENDS
+  "zentukit-inspector ${same_version} | zentukit6-inspector ${same_version}")
+set(CPACK_DEBIAN_INSPECTOR_PACKAGE_NAME ${CPACK_PACKAGE_NAME}-inspector)
+set(CPACK_DEBIAN_INSPECTOR_PACKAGE_SECTION devel)
+set(CPACK_DEBIAN_INSPECTOR_PACKAGE_DEPENDS "${library} ${same_version}")
+set(CPACK_DEBIAN_INSPECTOR_PACKAGE_RECOMMENDS "zentukit-tools ${same_version}")
 set(services "Event bus, context-sensitive actions, documents with tabs, preferences,\n\
 command line, object pool and file watcher for desktop programs.\n")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "application framework on Qt ${QT_MAJOR_VERSION} widgets\n${services}\
@@ -77,8 +86,12 @@ Shows text and image files in one window, with a tab each, and sees them\n\
 change on disk. It is made of every part of the library ZentuKit.")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "tools for programs on ZentuKit\n\
 zentu-trace tells from what a program traced why an action is grey, who\n\
-hears an event and what was never let go. The inspector tells the same of\n\
-a running program.")
+hears an event and what was never let go. zentu-inspect starts a program\n\
+with the inspector for its Qt, which tells the same while it runs.")
+set(CPACK_COMPONENT_INSPECTOR_DESCRIPTION "window beside programs on ZentuKit - Qt ${QT_MAJOR_VERSION}\n\
+The inspector tells of a running program why an action is grey, who hears\n\
+an event and what was never let go. The program loads it as a plug-in where\n\
+QT_QPA_GENERIC_PLUGINS=zentu is set, or by zentu-inspect.")
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 
 # What Debian asks of each package. Its own change log only leads to ours.
