@@ -20,7 +20,7 @@ static QString seen(const QAction& action)
 
 static Row rowOf(const Session& session, const QString& id, const ProxyAction& proxy)
 {
-    const Why answer = why(session, proxy);
+    const Reason answer = why(session, proxy);
     Row row;
     row.id = id;
     row.cells = QStringList{id, seen(proxy), proxy.shortcut().toString(QKeySequence::NativeText),
@@ -96,7 +96,7 @@ QString ActionsPage::details(const QString& id) const
     const ProxyAction* const found = proxy(id);
     if (!found)
         return {};
-    const Address address = reinterpret_cast<Address>(static_cast<const QAction*>(found));
+    const auto address = reinterpret_cast<Address>(static_cast<const QAction*>(found));
     QStringList contexts;
     for (const QString& context : found->currentContext())
         contexts.append(Html::link(QStringLiteral("context"), context, context));

@@ -205,7 +205,7 @@ void TryPage::trigger()
             auto* const action = qobject_cast<ProxyAction*>(session().object(address));
             if (plain(known) != id || !action)
                 continue;
-            const Why answer = why(session(), *action);
+            const Reason answer = why(session(), *action);
             if (!answer.isEnabled)
                 return say(tr("“%1” is disabled. %2").arg(id, answer.sentence));
             say(tr("Triggered “%1”.").arg(id));

@@ -124,10 +124,10 @@ static QString whyEnabled(const QAction& action, const QString& sentence)
                   rivals.first()->text().remove(QLatin1Char('&')), ownersName(*rivals.first()));
 }
 
-Why why(const Session& session, const ProxyAction& proxy)
+Reason why(const Session& session, const ProxyAction& proxy)
 {
     const QAction* const backend = proxy.currentActiveBackendAction();
-    Why result;
+    Reason result;
     result.isEnabled = proxy.isEnabled();
     result.activeContext = backend ? activeContext(proxy) : QString();
     if (!backend) {
@@ -148,9 +148,9 @@ Why why(const Session& session, const ProxyAction& proxy)
     return result;
 }
 
-Why why(const QAction& action)
+Reason why(const QAction& action)
 {
-    Why result;
+    Reason result;
     result.isEnabled = action.isEnabled();
     const QActionGroup* const group = action.actionGroup();
     if (result.isEnabled)

@@ -6,7 +6,7 @@
 namespace Zentu::Inspect {
 
 /// Why an entry looks as it does, in one sentence.
-struct Why
+struct Reason
 {
     QString sentence;
     bool isEnabled = false;
@@ -14,10 +14,10 @@ struct Why
 };
 
 /// Of a proxy that lives.
-Why why(const Session& session, const Zentu::ProxyAction& proxy);
+Reason why(const Session& session, const Zentu::ProxyAction& proxy);
 
 /// Of an action that is no proxy.
-Why why(const QAction& action);
+Reason why(const QAction& action);
 
 /// Other actions of the program's windows that have one of its keys, and so take it away.
 QList<QAction*> actionsWithTheSameKey(const QAction& action);

@@ -3,14 +3,14 @@
 // What the inspector says of each entry of the Workbench, while that is driven.
 
 #include "actions.h"
+#include "answers.h"
 #include "session.h"
 #include "text_document.h"
 #include "why.h"
 #include "wisp_recorder.h"
 #include "workbench_fixture.h"
 
-#include <QActionGroup>
-#include <QMenu>
+#include <QFile>
 #include <QPlainTextEdit>
 
 using namespace Zentu::Inspect;
@@ -23,15 +23,18 @@ public:
     InspectedEntriesTest()
         : m_session(m_listener)
     {
+        m_listener.startRecording(m_recordings.filePath(QStringLiteral("trace")));
     }
 
 private Q_SLOTS:
     void everyGreyEntryIsExplained();
+    void recordingTellsWhetherBackendsAreEnabled();
 
 private:
     void explainAll();
     void explainProxy(const Zentu::ProxyAction& proxy);
 
+    QTemporaryDir m_recordings;
     Zentu::Inspect::Listener m_listener;
     Session m_session;
     int m_withoutBackend = 0;
@@ -98,6 +101,33 @@ void InspectedEntriesTest::everyGreyEntryIsExplained()
     QVERIFY2(m_withoutBackend > 20, qPrintable(QString::number(m_withoutBackend)));
     QVERIFY2(m_withBackend > 20, qPrintable(QString::number(m_withBackend)));
     QVERIFY2(m_plain > 0, qPrintable(QString::number(m_plain)));
+}
+
+// Of both tests, and to be asked without the program.
+void InspectedEntriesTest::recordingTellsWhetherBackendsAreEnabled()
+{
+    m_window->open({file("a.txt", "one\ntwo\n"), picture()});
+    m_listener.stopRecording();
+    QFile recording(m_recordings.filePath(QStringLiteral("trace")));
+    QVERIFY(recording.open(QIODevice::ReadOnly));
+    Program program;
+    while (!recording.atEnd()) {
+        const QByteArray line = recording.readLine();
+        program.feed({line.constData(), static_cast<std::size_t>(line.size())});
+    }
+    QCOMPARE(program.counts().of(Reading::Unknown), qint64(0));
+    QCOMPARE(program.counts().of(Reading::Damaged), qint64(0));
+    int known = 0;
+    const QStringList ids = actionIds(program);
+    for (const QString& id : ids) {
+        const auto answer = whyIsIt(program, id);
+        QVERIFY2(answer && answer->active && answer->isEnabled, qPrintable(id));
+        QCOMPARE(answer->active.value(),
+            reinterpret_cast<Address>(action(id)->currentActiveBackendAction()));
+        known += *answer->isEnabled == action(id)->isEnabled() ? 1 : 0;
+    }
+    // What was switched on or off since then has left no line.
+    QVERIFY2(known > ids.size() / 2, qPrintable(QString::number(known)));
 }
 
 QTEST_MAIN(InspectedEntriesTest)
