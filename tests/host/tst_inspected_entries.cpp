@@ -23,7 +23,6 @@ public:
     InspectedEntriesTest()
         : m_session(m_listener)
     {
-        m_listener.startRecording(m_recordings.filePath(QStringLiteral("trace")));
     }
 
 private Q_SLOTS:
@@ -34,7 +33,6 @@ private:
     void explainAll();
     void explainProxy(const Zentu::ProxyAction& proxy);
 
-    QTemporaryDir m_recordings;
     Zentu::Inspect::Listener m_listener;
     Session m_session;
     int m_withoutBackend = 0;
@@ -103,12 +101,15 @@ void InspectedEntriesTest::everyGreyEntryIsExplained()
     QVERIFY2(m_plain > 0, qPrintable(QString::number(m_plain)));
 }
 
-// Of both tests, and to be asked without the program.
+// From before the window, and to be asked without the program.
 void InspectedEntriesTest::recordingTellsWhetherBackendsAreEnabled()
 {
+    destroyWindow();
+    QFile recording(path("trace"));
+    QCOMPARE(m_listener.startRecording(recording.fileName()), QString());
+    m_window = std::make_unique<MainWindow>();
     m_window->open({file("a.txt", "one\ntwo\n"), picture()});
     m_listener.stopRecording();
-    QFile recording(m_recordings.filePath(QStringLiteral("trace")));
     QVERIFY(recording.open(QIODevice::ReadOnly));
     Program program;
     while (!recording.atEnd()) {
