@@ -330,7 +330,7 @@ void ActionManagerRandomTest::callbacksEqualTheModel()
 {
     QFETCH(quint32, seed);
     const QStringList library = Tale<Library>(seed).tell(200);
-    QVERIFY(library.size() > 200);
+    QVERIFY(library.size() > 100);
     compareAccounts(library, Tale<Model>(seed).tell(200));
 }
 

@@ -369,7 +369,7 @@ void EventManagerRandomTest::callbacksEqualTheModel()
 {
     QFETCH(quint32, seed);
     const QStringList library = Tale<Library>(seed).tell(400);
-    QVERIFY(library.size() > 400);
+    QVERIFY(library.size() > 200);
     compareAccounts(library, Tale<Model>(seed).tell(400));
 }
 

@@ -223,7 +223,7 @@ void FileWatcherRandomTest::callbacksEqualTheModel()
     QFETCH(quint32, seed);
     const QTemporaryDir folder;
     const QStringList library = Tale<Library>(seed, folder.path()).tell(200);
-    QVERIFY(library.size() > 200);
+    QVERIFY(library.size() > 100);
     compareAccounts(library, Tale<Model>(seed, folder.path()).tell(200));
 }
 

@@ -337,7 +337,7 @@ void OptionDialogRandomTest::callbacksEqualTheModel()
 {
     QFETCH(quint32, seed);
     const QStringList library = Tale<Library>(seed).tell(100);
-    QVERIFY(library.size() > 100);
+    QVERIFY(library.size() > 50);
     compareAccounts(library, Tale<Model>(seed).tell(100));
 }
 
