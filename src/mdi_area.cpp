@@ -123,6 +123,7 @@ void _mdi_area_private::addWindow(IMdiSubWindow* window)
     connectTabbar();
 
     documents.removeAll(nullptr);
+    documents.removeAll(window);
     documents.append(window);
     window->m_ownerArea = q;
     window->installEventFilter(this);
@@ -168,7 +169,6 @@ void _mdi_area_private::showTab(IMdiSubWindow* window)
 
 void _mdi_area_private::release(IMdiSubWindow* window)
 {
-    documents.removeAll(window);
     window->m_ownerArea = nullptr;
     window->removeEventFilter(this);
     disconnect(window, nullptr, this, nullptr);

@@ -193,6 +193,7 @@ private Q_SLOTS:
     void titleIsNotFollowedWhenTheCloseIsNotHeardAnyMore();
     void removedDocumentIsReleasedBeforeItLeavesTheInnerArea();
     void removalAndCloseHaveTheirOrder();
+    void documentThatLeavesIsReachedByItsTab();
     void documentThatLeftIsNotConnected();
     void foreignWindowThatBecomesCurrentIsNone();
     void firstTabActivatesNothing();
@@ -1129,6 +1130,24 @@ void MdiAreaTest::removalAndCloseHaveTheirOrder()
     m_tabs->disconnect(this);
     delete b;
     delete c;
+}
+
+void MdiAreaTest::documentThatLeavesIsReachedByItsTab()
+{
+    Document* const a = add("a");
+    const auto b = std::make_unique<Document>(QStringLiteral("b"));
+    b->setAttribute(Qt::WA_DeleteOnClose, false);
+    m_area->addWindow(b.get());
+    QTRY_COMPARE(m_area->currentSubWindow(), b.get());
+    const QSignalSpy closed(b.get(), &IMdiSubWindow::closed);
+    a->onCurrent = [&] {
+        QCOMPARE(m_tabs->count(), 2);
+        Q_EMIT m_tabs->tabCloseRequested(1);
+    };
+    m_area->removeWindow(b.get());
+    QTRY_COMPARE(m_area->currentSubWindow(), a);
+    QCOMPARE(closed.count(), 1);
+    QCOMPARE(m_tabs->count(), 1);
 }
 
 void MdiAreaTest::documentThatLeftIsNotConnected()
