@@ -123,7 +123,7 @@ int main(int argc, char** argv)
         return refuse(QStringLiteral("usage: zentu-trace %1 %2")
                           .arg(request.command, QLatin1String(command->arguments)));
     for (const QCommandLineOption* const option : {&at, &output, &strict}) {
-        const QString& name = option->names().last();
+        const QString name = option->names().last();
         if (parser.isSet(*option) && !QLatin1String(command->options).contains(name))
             return refuse(QStringLiteral("%1 takes no --%2").arg(request.command, name));
     }
