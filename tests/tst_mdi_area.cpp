@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QCoreApplication>
 #include <QEventLoop>
 #include <QMdiArea>
 #include <QMenu>
@@ -500,6 +501,11 @@ void MdiAreaTest::iconReachesTheTab()
     document->setWindowIcon(QIcon(pixmap));
     QCOMPARE(m_tabs->tabIcon(1).cacheKey(), document->windowIcon().cacheKey());
     QVERIFY(m_tabs->tabIcon(0).cacheKey() != m_tabs->tabIcon(1).cacheKey());
+    // Only when it changes.
+    m_tabs->setTabIcon(1, QIcon());
+    QEvent other(QEvent::User);
+    QCoreApplication::sendEvent(document, &other);
+    QVERIFY(m_tabs->tabIcon(1).isNull());
 }
 
 void MdiAreaTest::removedDocumentsTitlesDoNotReachTabs()
