@@ -223,6 +223,8 @@ void Window::showPreferences()
         OwnLines::add(&*dialog);
     }
     dialog->setWindowTitle(tr("Preferences of the Inspector"));
+    if (auto* const categories = dialog->findChild<QWidget*>(QStringLiteral("catalog_tree")))
+        categories->setAccessibleName(tr("Categories"));
     dialog->exec();
 }
 
