@@ -158,6 +158,7 @@ private Q_SLOTS:
     void removalLeavesTheDocumentAlive();
     void foreignDocumentIsNotRemoved();
     void foreignDocumentIsNotMadeCurrent();
+    void activationOfNothingIsTracedOnly();
     void activationIsTracedAndToldOnce();
     void changeOfTheCurrentDocumentHasItsOrder();
     void titlesReachTheTab();
@@ -409,6 +410,17 @@ void MdiAreaTest::foreignDocumentIsNotMadeCurrent()
                 + QLatin1String(" set current window: MdiWindow(0x0) not belong "
                                 "to this area"))}));
     QCOMPARE(m_area->currentSubWindow(), a);
+}
+
+void MdiAreaTest::activationOfNothingIsTracedOnly()
+{
+    const QSignalSpy changed(m_area.get(), &MdiArea::currentSubWindowChanged);
+    Recorder recorder;
+    QVERIFY(
+        QMetaObject::invokeMethod(m_inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, nullptr)));
+    QCOMPARE(recorder.take(),
+        QStringList(trace(area() + QLatin1String(" active window: MdiWindow(0x0) "))));
+    QVERIFY(changed.isEmpty());
 }
 
 void MdiAreaTest::activationIsTracedAndToldOnce()
