@@ -71,6 +71,9 @@ QString EventsPage::posts(const QString& type) const
                                     .arg(heard));
         if (!values.isEmpty())
             html += Html::list(values);
+        // Of the others, the line tells.
+        if (count > 2)
+            continue;
         const QStringList callers =
             m_showsLines ? Stack::describe(it->stack) : Stack::functions(it->stack);
         if (!callers.isEmpty()) {

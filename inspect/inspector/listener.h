@@ -32,7 +32,7 @@ public:
     /// All that came since the last call, oldest first.
     std::vector<Record> take();
 
-    /// How many callers of a line are kept: 16 by default, 0 for none.
+    /// How many callers of a line are kept: 8 by default, 0 for none.
     void setStackDepth(int depth) { m_stackDepth = depth; }
     int stackDepth() const { return m_stackDepth; }
 
@@ -57,7 +57,7 @@ private:
     std::mutex m_mutex;
     std::vector<Record> m_records;
     std::FILE* m_file = nullptr;
-    std::atomic<int> m_stackDepth = 16;
+    std::atomic<int> m_stackDepth = 8;
     int m_sink = 0;
     QtMessageHandler m_previousHandler = nullptr;
 };

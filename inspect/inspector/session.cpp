@@ -25,7 +25,7 @@ Session::Session(Listener& listener, QObject* parent)
     , m_listener(listener)
 {
     connect(&m_timer, &QTimer::timeout, this, &Session::takeLines);
-    m_timer.start(250);
+    m_timer.start(500);
 }
 
 static QString textBehind(const QByteArray& label, const QByteArray& note)

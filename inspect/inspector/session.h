@@ -52,7 +52,7 @@ struct PostedEvent
 
 /**
  * What is known of the running program: the model of its lines, and the objects that they named as
- * long as these live. It takes what the listener has heard four times a second, and tells once.
+ * long as these live. It takes what the listener has heard twice a second, and tells once.
  */
 class Session : public QObject
 {
