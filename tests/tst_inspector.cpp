@@ -617,6 +617,9 @@ void InspectorTest::recordingIsUnderstood()
     QVERIFY2(text.contains("\n    handler: (anonymous namespace)::Listening\n"), text.constData());
     QVERIFY2(text.contains("\n    value: path = /a\n"), text.constData());
     QVERIFY2(text.contains("\n    from "), text.constData());
+    if (!QStandardPaths::findExecutable(QStringLiteral("addr2line")).isEmpty())
+        QVERIFY2(
+            text.contains("\n    from InspectorTest::recordingIsUnderstood()"), text.constData());
     QVERIFY2(!text.contains("later"), text.constData());
     Program program;
     for (const QByteArray& line : text.split('\n'))

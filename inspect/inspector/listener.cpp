@@ -6,12 +6,19 @@
 #include "stack.h"
 #include "wisp_recorder.h"
 
+#include <QCoreApplication>
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QSaveFile>
+
 #include <dlfcn.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <chrono>
 #include <cstring>
+#include <utility>
 
 namespace Zentu::Inspect {
 
@@ -160,6 +167,11 @@ std::vector<Record> Listener::take()
     return std::exchange(m_records, {});
 }
 
+static QByteArray fromLine(const QString& caller)
+{
+    return "    from " + caller.toUtf8() + '\n';
+}
+
 void Listener::write(const Record& record)
 {
     QByteArray text = record.line() + '\n';
@@ -167,7 +179,8 @@ void Listener::write(const Record& record)
         text += "    " + note + '\n';
     const QStringList callers = Stack::functions(record.stack);
     for (const QString& caller : callers)
-        text += "    from " + caller.toUtf8() + '\n';
+        text += fromLine(caller);
+    m_stacks.insert(record.stack);
     std::fwrite(text.constData(), 1, static_cast<std::size_t>(text.size()), m_file);
     std::fflush(m_file);
 }
@@ -176,16 +189,56 @@ QString Listener::startRecording(const QString& path)
 {
     stopRecording();
     const std::lock_guard<std::mutex> guard(m_mutex);
+    m_path = path;
     m_file = std::fopen(path.toLocal8Bit().constData(), "w");
     return m_file ? QString() : QString::fromLocal8Bit(std::strerror(errno));
 }
 
+/// For each line that names a caller, the one that says where it is in the sources, too. A function
+/// that calls from two places is only named.
+static QHash<QByteArray, QByteArray> namedCallers(const std::set<std::vector<void*>>& stacks)
+{
+    QHash<QByteArray, QByteArray> result;
+    for (const std::vector<void*>& stack : stacks) {
+        const QStringList plain = Stack::functions(stack);
+        const QStringList named = Stack::describe(stack);
+        for (int i = 0; i < plain.size(); ++i) {
+            const QByteArray before = fromLine(plain.at(i));
+            const QByteArray after = fromLine(named.at(i));
+            result[before] = result.value(before, after) == after ? after : before;
+        }
+    }
+    return result;
+}
+
+static void nameCallers(const QString& path, const std::set<std::vector<void*>>& stacks)
+{
+    QFile before(path);
+    QSaveFile after(path);
+    if (!QFileInfo(path).isFile() || !before.open(QIODevice::ReadOnly)
+        || !after.open(QIODevice::WriteOnly))
+        return;
+    const QHash<QByteArray, QByteArray> named = namedCallers(stacks);
+    while (!before.atEnd()) {
+        const QByteArray line = before.readLine();
+        after.write(named.value(line, line));
+    }
+    after.commit();
+}
+
 void Listener::stopRecording()
 {
-    const std::lock_guard<std::mutex> guard(m_mutex);
-    if (m_file)
-        std::fclose(m_file);
-    m_file = nullptr;
+    std::set<std::vector<void*>> stacks;
+    {
+        const std::lock_guard<std::mutex> guard(m_mutex);
+        if (!m_file)
+            return;
+        std::fclose(std::exchange(m_file, nullptr));
+        stacks = std::exchange(m_stacks, {});
+    }
+    // Not while a line of another thread would have to wait for it.
+    if (QCoreApplication::instance())
+        nameCallers(m_path, stacks);
 }
 
 } // namespace Zentu::Inspect

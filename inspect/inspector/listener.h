@@ -8,6 +8,8 @@
 #include <atomic>
 #include <cstdio>
 #include <mutex>
+#include <set>
+#include <vector>
 
 namespace Zentu::Inspect {
 
@@ -37,7 +39,8 @@ public:
     int stackDepth() const { return m_stackDepth; }
 
     /// Writes all that comes from now on into a file, each line with what it leaves out below it,
-    /// to the end of the process or of the recording.
+    /// to the end of the process or of the recording. The names and lines of functions that another
+    /// program has to be asked for come in at the end of the recording.
     /// @return what went wrong, empty if nothing did
     QString startRecording(const QString& path);
     void stopRecording();
@@ -57,6 +60,8 @@ private:
     std::mutex m_mutex;
     std::vector<Record> m_records;
     std::FILE* m_file = nullptr;
+    QString m_path;
+    std::set<std::vector<void*>> m_stacks;
     std::atomic<int> m_stackDepth = 8;
     int m_sink = 0;
     QtMessageHandler m_previousHandler = nullptr;
