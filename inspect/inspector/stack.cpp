@@ -106,9 +106,8 @@ static void askForLines(const QString& file, const QList<void*>& frames, Names& 
         const QString& function = lines.at(2 * i);
         const QString& line = lines.at(2 * i + 1);
         if (!function.startsWith(QLatin1Char('?')))
-            names[frames.at(i)] = line.startsWith(QLatin1Char('?'))
-                ? function
-                : function + QLatin1String(", ") + line;
+            names[frames.at(i)] =
+                line.contains(QLatin1Char('?')) ? function : function + QLatin1String(", ") + line;
     }
 }
 
