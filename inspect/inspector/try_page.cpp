@@ -173,7 +173,7 @@ void TryPage::post()
     auto* const bus = firstOf<EventManager>(session(), session().program().buses());
     if (!bus)
         return say(tr("The program has no event bus yet."));
-    QJsonParseError error;
+    QJsonParseError error{};
     const QJsonDocument values = QJsonDocument::fromJson(m_values->toPlainText().toUtf8(), &error);
     if (!values.isObject())
         return say(tr("The values are no JSON object: %1").arg(error.errorString()));
