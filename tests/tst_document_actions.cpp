@@ -38,11 +38,13 @@ private Q_SLOTS:
     void methodsAndActionsThatExistAreBackendsToo();
     void contextIsOwnOrGiven();
     void unknownIdentifierIsTold();
+    void identifierIsUnknownToAManagerThatHasGone();
     void checkableBackendFollowsTheClick();
     void toggleIsHeardOnceWithTheStateThatIsSeen();
     void laterChangeThrowsNoClickAway();
     void groupFollowsTheClick();
     void checkedOneOfAGroupStaysChecked();
+    void actionOfAGroupThatIsNotExclusiveIsUnchecked();
     void groupsOfDocumentsAreTheirOwn();
     void everyKeyReachesTheProxy();
     void backendsOwnKeysComeFirst();
@@ -50,7 +52,9 @@ private Q_SLOTS:
     void lastDocumentLeavesWithTheEventLoop();
     void documentThatComesBackAtOnceStays();
     void destructionTakesEverythingBack();
+    void destructionLeavesWhatTheHostPutInstead();
     void contextThatTheHostRemovedIsNoSurprise();
+    void contextsThatHaveGoneAreNoSurprise();
     void windowsHaveActionsOfTheirOwn();
     void everyOrderOfDestruction_data();
     void everyOrderOfDestruction();
@@ -118,6 +122,21 @@ void DocumentActionsTest::unknownIdentifierIsTold()
 {
     HostWindow window({});
     DocumentActions actions(QString(), window.managers());
+    m_recorder->clear();
+    QAction* const backend = actions.add(Copy, [] {});
+    QCOMPARE(m_recorder->take(),
+        {warning(QStringLiteral("DocumentActions: no proxy action \"edit.copy\""))});
+    QCOMPARE(actions.action(Copy), backend);
+    actions.setCurrent(true);
+    actions.setCurrent(false);
+    QTRY_VERIFY(window.contexts->currentContexts().isEmpty());
+}
+
+void DocumentActionsTest::identifierIsUnknownToAManagerThatHasGone()
+{
+    HostWindow window(All);
+    DocumentActions actions(QString(), window.managers());
+    window.actions.reset();
     m_recorder->clear();
     QAction* const backend = actions.add(Copy, [] {});
     QCOMPARE(m_recorder->take(),
@@ -209,6 +228,23 @@ void DocumentActionsTest::checkedOneOfAGroupStaysChecked()
     window[Left]->trigger();
     QCOMPARE(checkedOf(window), Left);
     QCOMPARE(group->checkedAction(), actions.action(Left));
+}
+
+void DocumentActionsTest::actionOfAGroupThatIsNotExclusiveIsUnchecked()
+{
+    HostWindow window(All);
+    QActionGroup group(nullptr);
+    group.setExclusive(false);
+    QAction* const bold = group.addAction(Bold);
+    bold->setCheckable(true);
+    bold->setChecked(true);
+    DocumentActions actions(QString(), window.managers());
+    actions.add(Bold, bold);
+    actions.setCurrent(true);
+    QVERIFY(window[Bold]->isChecked());
+    window[Bold]->trigger();
+    QVERIFY(!bold->isChecked());
+    QVERIFY(!window[Bold]->isChecked());
 }
 
 void DocumentActionsTest::groupsOfDocumentsAreTheirOwn()
@@ -333,6 +369,19 @@ void DocumentActionsTest::destructionTakesEverythingBack()
     QVERIFY(!window[Bold]->isChecked());
 }
 
+void DocumentActionsTest::destructionLeavesWhatTheHostPutInstead()
+{
+    HostWindow window(All);
+    QAction instead(nullptr);
+    auto actions = std::make_unique<DocumentActions>(QString(), window.managers());
+    const QString context = actions->context();
+    actions->add(Copy, [] {});
+    window[Copy]->removeBackendContext(context);
+    window[Copy]->addBackendAction(&instead, context);
+    actions.reset();
+    QCOMPARE(window[Copy]->getBackendAction(context), &instead);
+}
+
 void DocumentActionsTest::contextThatTheHostRemovedIsNoSurprise()
 {
     HostWindow window(All);
@@ -341,6 +390,16 @@ void DocumentActionsTest::contextThatTheHostRemovedIsNoSurprise()
     window.contexts->removeContext(actions.context());
     actions.setCurrent(false);
     QCoreApplication::processEvents();
+}
+
+void DocumentActionsTest::contextsThatHaveGoneAreNoSurprise()
+{
+    HostWindow window(All);
+    DocumentActions actions(QString(), window.managers());
+    actions.add(Copy, [] {});
+    window.contexts.reset();
+    actions.setCurrent(true);
+    QVERIFY(!window[Copy]->isEnabled());
 }
 
 void DocumentActionsTest::windowsHaveActionsOfTheirOwn()

@@ -90,6 +90,7 @@ private Q_SLOTS:
     void listOutlivesWhatItStoodFor();
     void deadDocumentIsNotTouched();
     void areasAreApart();
+    void nothingHappensWithoutAnArea();
     void everyOrderOfDestruction();
 
 private:
@@ -376,6 +377,22 @@ void DocumentNavigatorTest::areasAreApart()
     other.addWindow(new Document(QStringLiteral("y")));
     QVERIFY(inOther.closeAll());
     QCOMPARE(titles(m_navigator->documents()), QStringLiteral("a"));
+}
+
+void DocumentNavigatorTest::nothingHappensWithoutAnArea()
+{
+    QObject owner;
+    auto* const navigator = new DocumentNavigator(m_area.get(), &owner);
+    open(QStringLiteral("a"));
+    m_area.reset();
+    for (int number = 0; number < Navigator::CommandCount; ++number) {
+        QAction* const command = navigator->action(Navigator::Command(number));
+        QVERIFY(!command->isEnabled());
+        command->setEnabled(true);
+        command->trigger();
+    }
+    QVERIFY(navigator->documents().isEmpty());
+    QVERIFY(navigator->closeOthers());
 }
 
 void DocumentNavigatorTest::everyOrderOfDestruction()

@@ -222,6 +222,7 @@ private Q_SLOTS:
     void switchOvertakenThereAndBackDisconnectsNothingMore();
     void switchOvertakenWhileItConnectsConnectsNothingMore();
     void backendThatDiesBeforeItIsActiveIsPassedOver();
+    void proxyMayGoAtEachChange();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected_data();
     void backendThatDiesWhenItIsRemovedIsNotDisconnected();
     void changeOfAnInactiveBackendSwitchesNothing_data();
@@ -1144,6 +1145,32 @@ void ProxyActionTest::backendThatDiesBeforeItIsActiveIsPassedOver()
     proxy.setCurrentContext({B, X});
     QCOMPARE(proxy.currentActiveBackendAction(), &x);
     QCOMPARE(proxy.text(), x.text());
+}
+
+void ProxyActionTest::proxyMayGoAtEachChange()
+{
+    QAction backend(icon(Qt::red), QStringLiteral("text"), nullptr);
+    backend.setVisible(false);
+    backend.setCheckable(true);
+    backend.setChecked(true);
+    backend.setIconText(QStringLiteral("icon text"));
+    backend.setShortcut(QKeySequence(Qt::Key_F5));
+    backend.setToolTip(QStringLiteral("tool tip"));
+    backend.setStatusTip(QStringLiteral("status tip"));
+    backend.setWhatsThis(QStringLiteral("what is this"));
+    int deleted = 0;
+    for (bool isThere = false; !isThere; deleted += isThere ? 0 : 1) {
+        auto proxy = std::make_unique<ProxyAction>();
+        proxy->addBackendAction(&backend, A);
+        connect(proxy.get(), &QAction::changed, this, [&, left = deleted]() mutable {
+            if (left-- == 0)
+                proxy.reset();
+        });
+        proxy->setCurrentContext({A});
+        isThere = proxy != nullptr;
+    }
+    // What is invisible can be disabled, as the proxy is before.
+    QVERIFY(deleted >= 10);
 }
 
 void ProxyActionTest::backendThatDiesWhenItIsRemovedIsNotDisconnected_data()
