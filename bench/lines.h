@@ -65,7 +65,7 @@ public:
 
     HandLine& operator<<(const QStringList& items)
     {
-        put("(");
+        put(isQt5 ? "(" : "QList(");
         for (int i = 0; i < items.size(); ++i)
             put(i ? ", " : "").put(items.at(i));
         return put(") ");
@@ -97,10 +97,14 @@ public:
             put(" toolTip=").put(toolTip);
         if (action->isCheckable())
             put(action->isChecked() ? " checked=true" : " checked=false");
-        if (!action->shortcut().isEmpty())
-            put(" shortcut=QKeySequence(").put(action->shortcut().toString()).put(")");
+        if (!action->shortcut().isEmpty()) {
+            put(isQt5 ? " shortcut=" : " shortcuts=QList(");
+            put("QKeySequence(").put(action->shortcut().toString()).put(isQt5 ? ")" : "))");
+        }
         static const QMetaEnum roles = QMetaEnum::fromType<QAction::MenuRole>();
         put(" menuRole=").put(roles.valueToKey(action->menuRole()));
+        if (!isQt5)
+            put(action->isEnabled() ? " enabled=true" : " enabled=false");
         return put(action->isVisible() ? " visible=true) " : " visible=false) ");
     }
 
@@ -126,6 +130,8 @@ public:
     }
 
 private:
+    static constexpr bool isQt5 = QT_VERSION_MAJOR == 5;
+
     HandLine& put(const char* item)
     {
         text.append(item, static_cast<int>(std::strlen(item)));
