@@ -8,4 +8,5 @@ s,](\(include\|wisp\)/\([a-z]*\)\.h),](\2_8h_source.html),g
 s,^## Use it in a project$,& {#use-it-in-a-project},
 s,^## Messages$,& {#messages},
 s,^## A plug-in that is unloaded$,& {#a-plug-in-that-is-unloaded},
+s,^## Reading a trace$,& {#reading-a-trace},
 s,](\([^)]*\.md\)#\([a-z-]*\)),](#\2),g
