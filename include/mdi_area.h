@@ -155,7 +155,8 @@ public:
 
 Q_SIGNALS:
     /// Another document is current, or none (null). The documents concerned have been told by
-    /// IMdiSubWindow::currentChanged(), and the tab bar shows the new one.
+    /// IMdiSubWindow::currentChanged(), and the tab bar shows the new one. A slot deletes neither a
+    /// document nor the area's window, for the reason given there.
     void currentSubWindowChanged(IMdiSubWindow* current);
 
 private:

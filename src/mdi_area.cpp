@@ -129,7 +129,8 @@ void _mdi_area_private::addWindow(IMdiSubWindow* window)
     window->installEventFilter(this);
     connect(window, SIGNAL(closed()), this, SLOT(onSubWindowClosed()));
 
-    // Documents are told what is current on the way, and can delete the area or the window.
+    // Others are called on the way, and can delete the window. Qt goes on in the inner area, so a
+    // document that is told of the change must leave the area where it is.
     const QPointer<QObject> alive(this);
     const QPointer<QObject> added(window);
     mdiArea->addSubWindow(window);
