@@ -62,9 +62,10 @@ public:
      * Does nothing by default.
      *
      * Another document may be activated here: then the innermost activation holds, and those that
-     * it has overtaken tell nobody any more. Neither a document nor the window of the area may be
-     * deleted here, not in an event loop that runs here either, as Qt still looks at both: use
-     * `deleteLater()`, and show questions from the event loop.
+     * it has overtaken tell nobody any more. No document may be deleted here, not in an event loop
+     * that runs here either, as Qt still looks at it: use `deleteLater()`, and show questions from
+     * the event loop. The area or its window may be, but for one whose show() is just running;
+     * the documents in it follow when control is back in the event loop that the change came from.
      */
     virtual void currentChanged(bool current);
 
@@ -113,7 +114,7 @@ public:
     /// Creates an empty area.
     explicit MdiArea(QWidget* parent = nullptr);
 
-    /// Destroys the area and the documents in it.
+    /// Destroys the area and the documents in it; see IMdiSubWindow::currentChanged() for when.
     ~MdiArea() override;
 
     /**
@@ -155,8 +156,8 @@ public:
 
 Q_SIGNALS:
     /// Another document is current, or none (null). The documents concerned have been told by
-    /// IMdiSubWindow::currentChanged(), and the tab bar shows the new one. A slot deletes neither a
-    /// document nor the area's window, for the reason given there.
+    /// IMdiSubWindow::currentChanged(), and the tab bar shows the new one. A slot may
+    /// delete what the documents may delete there.
     void currentSubWindowChanged(IMdiSubWindow* current);
 
 private:

@@ -84,6 +84,10 @@ _mdi_area_private::~_mdi_area_private()
         if (document && document->m_ownerArea == q)
             document->m_ownerArea = nullptr;
     }
+    if (isTelling) {
+        mdiArea->setParent(nullptr);
+        tabBar->setParent(nullptr);
+    }
 }
 
 void _mdi_area_private::connectTabbar()
@@ -129,8 +133,7 @@ void _mdi_area_private::addWindow(IMdiSubWindow* window)
     window->installEventFilter(this);
     connect(window, SIGNAL(closed()), this, SLOT(onSubWindowClosed()));
 
-    // Others are called on the way, and can delete the window. Qt goes on in the inner area, so a
-    // document that is told of the change must leave the area where it is.
+    // Documents are told what is current on the way, and can delete the area or the window.
     const QPointer<QObject> alive(this);
     const QPointer<QObject> added(window);
     mdiArea->addSubWindow(window);
@@ -199,9 +202,26 @@ IMdiSubWindow* _mdi_area_private::livingDocumentAt(int index)
     return it == documents.cend() ? nullptr : window;
 }
 
+// Qt goes on in the inner area, in the tab bar and in documents when it has told of an activation.
+// If somebody who hears of it deletes the area, these stay until control is back in the event loop
+// from which it came.
+void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
+{
+    const QPointer<QObject> alive(this);
+    const bool isOutermost = !std::exchange(isTelling, true);
+    QWidget* const parts[] = {mdiArea, tabBar};
+    tellOf(window);
+    if (alive) {
+        isTelling = !isOutermost;
+    } else if (isOutermost) {
+        for (QWidget* part : parts)
+            part->deleteLater();
+    }
+}
+
 // A document that is told may activate another one, which then holds, or delete itself, the other
 // one or the area.
-void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
+void _mdi_area_private::tellOf(QMdiSubWindow* window)
 {
     Trace() << q << "active window:" << qobject_cast<IMdiSubWindow*>(window);
     auto* const activated = qobject_cast<IMdiSubWindow*>(mdiArea->currentSubWindow());

@@ -54,6 +54,7 @@ private:
     void removeTab(IMdiSubWindow* window);
     void showTab(IMdiSubWindow* window);
     void release(IMdiSubWindow* window);
+    void tellOf(QMdiSubWindow* window);
 
     // Nobody tells when a document dies without being closed, and another one can be created at
     // its address: these tell whether #current, and what a tab stands for, can still be called.
@@ -65,6 +66,8 @@ private:
     bool isLeaving = false;
     // Whether the area has told of the current document, which may have been left and come back.
     bool isReported = false;
+    // Whether documents and listeners are being told of an activation.
+    bool isTelling = false;
 };
 
 } // namespace Zentu

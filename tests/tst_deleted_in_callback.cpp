@@ -15,6 +15,7 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSignalSpy>
+#include <QTabBar>
 #include <QTest>
 #include <QTimer>
 #include <QTreeWidget>
@@ -145,6 +146,7 @@ struct Desk
         area->addWindow(b);
         area->show();
         inner = area->findChild<QMdiArea*>();
+        tabs = area->findChild<QTabBar*>();
     }
     ~Desk() { delete area; }
     Q_DISABLE_COPY(Desk)
@@ -161,10 +163,29 @@ struct Desk
             inner, "subWindowActivated", Q_ARG(QMdiSubWindow*, document)));
     }
 
+    // Deletes the area; Qt goes on in what it is made of.
+    std::function<void()> deletion()
+    {
+        return [this] {
+            delete area;
+            QVERIFY(a && b && inner && tabs);
+        };
+    }
+    void checkEnd() const
+    {
+        QVERIFY(!area);
+        QVERIFY(a && b && inner && tabs);
+        QVERIFY(!a->ownerArea() && !b->ownerArea());
+        QVERIFY(!inner->isVisible() && !tabs->isVisible());
+        QTRY_VERIFY(!inner && !tabs);
+        QVERIFY(!a && !b);
+    }
+
     QPointer<MdiArea> area = new MdiArea;
     QPointer<Document> a = new Document;
     QPointer<Document> b = new Document;
-    QMdiArea* inner = nullptr;
+    QPointer<QMdiArea> inner;
+    QPointer<QTabBar> tabs;
 };
 
 /// A page that calls functions.
@@ -346,6 +367,78 @@ const Case Cases[] = {
             once(desk.area.data(), &MdiArea::currentSubWindowChanged, [&] { delete desk.area; });
             desk.activate(desk.a);
             QVERIFY(!desk.area);
+        }},
+    {"area in currentChanged(false) while it adds a document",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.b->onNotCurrent = desk.deletion();
+            desk.area->addWindow(new Document);
+            desk.checkEnd();
+        }},
+    {"area in currentChanged(true) after a click on a tab",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.a->onCurrent = desk.deletion();
+            QTest::mouseClick(
+                desk.tabs, Qt::LeftButton, Qt::NoModifier, desk.tabs->tabRect(0).center());
+            desk.checkEnd();
+        }},
+    {"area in currentSubWindowChanged() as it activates a document",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            once(desk.area.data(), &MdiArea::currentSubWindowChanged, desk.deletion());
+            desk.area->setCurrentSubWindow(desk.a);
+            desk.checkEnd();
+        }},
+    {"area in currentChanged(true) after an activation in there",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.a->onCurrent = [&] {
+                desk.area->setCurrentSubWindow(desk.b);
+                desk.deletion()();
+            };
+            desk.area->setCurrentSubWindow(desk.a);
+            desk.checkEnd();
+        }},
+    {"area in an event loop in currentChanged(true), as a document closes",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.a->onCurrent = [&] {
+                QEventLoop loop;
+                QTimer::singleShot(0, desk.deletion());
+                QTimer::singleShot(10, &loop, &QEventLoop::quit);
+                loop.exec();
+            };
+            desk.b->close();
+            desk.checkEnd();
+        }},
+    {"area in the second of two activations, in an event loop in the first",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.a->onCurrent = [&] {
+                QEventLoop loop;
+                QTimer::singleShot(0, desk.area, [&] { desk.area->setCurrentSubWindow(desk.b); });
+                QTimer::singleShot(10, &loop, &QEventLoop::quit);
+                loop.exec();
+                QVERIFY(desk.a && desk.b && desk.inner && desk.tabs);
+            };
+            desk.b->onCurrent = desk.deletion();
+            desk.area->setCurrentSubWindow(desk.a);
+            desk.checkEnd();
+        }},
+    {"area after an activation in it",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.area->setCurrentSubWindow(desk.a);
+            delete desk.area;
+            QVERIFY(!desk.a && !desk.b && !desk.inner && !desk.tabs);
         }},
     {"area when a document has left it",
         [] {
