@@ -330,14 +330,16 @@ class Place:
             path.write_text(original)
 
 
-def equivalents():
-    """Faults that change nothing which can be seen, each with the reason."""
+def equivalents(qt):
+    """Faults that change nothing which can be seen with that Qt, each with the reason."""
     known = {}
     path = TOP / "tests/mutation/equivalent.txt"
     for line in path.read_text().splitlines() if path.exists() else []:
         if line and not line.startswith("#"):
             name, _, reason = line.rpartition(" | ")
-            known[name] = reason
+            only = re.match(r"Only with Qt (\d): ", reason)
+            if not only or int(only.group(1)) == qt:
+                known[name] = reason
     return known
 
 
@@ -365,7 +367,7 @@ def main():
         return 0
 
     faults.sort(key=lambda fault: fault.file)
-    known = equivalents()
+    known = equivalents(options.qt)
     stale = known.keys() - {fault.name for fault in every}
     for name in sorted(stale):
         print(f"listed, but no fault: {name}")
