@@ -209,13 +209,14 @@ void _mdi_area_private::onSubwindowActivated(QMdiSubWindow* window)
 {
     const QPointer<QObject> alive(this);
     const bool isOutermost = !std::exchange(isTelling, true);
-    QWidget* const parts[] = {mdiArea, tabBar};
+    QMdiArea* const inner = mdiArea;
+    QTabBar* const tabs = tabBar;
     tellOf(window);
     if (alive) {
         isTelling = !isOutermost;
     } else if (isOutermost) {
-        for (QWidget* part : parts)
-            part->deleteLater();
+        inner->deleteLater();
+        tabs->deleteLater();
     }
 }
 
