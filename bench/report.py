@@ -101,6 +101,13 @@ def ratio(values, other):
     return values["zentu"][0] / values[other][0] if other in values else None
 
 
+def judge(value, most, form=".3g"):
+    """A ratio, with its mark where it is over the limit."""
+    if value is None:
+        return ""
+    return f"{value:{form}}" + (" (!)" if most is not None and value > most else "")
+
+
 def table(family, row, by_size, on_six):
     names = list(dict.fromkeys(who for values in by_size.values() for who in values))
     judged = [who for who in limits(family, row) if who in names]
@@ -113,15 +120,11 @@ def table(family, row, by_size, on_six):
         cells = [size] if sized else []
         cells += [time(values[who][0]) if who in values else "" for who in names]
         cells.append(f"{values['zentu'][1]:.4g}")
-        for who in judged:
-            value = ratio(values, who)
-            most = limit(family, row, who, size)
-            over = value is not None and most is not None and value > most
-            cells.append("" if value is None else f"{value:.3g}" + (" (!)" if over else ""))
+        cells += [judge(ratio(values, who), limit(family, row, who, size)) for who in judged]
         if on_six:
             there = on_six[size]
             cells.append(time(there["zentu"][0]))
-            cells += [f"{ratio(there, who):.3g}" if who in there else "" for who in judged]
+            cells += [judge(ratio(there, who), limit(family, row, who, size)) for who in judged]
             cells.append(f"{there['zentu'][0] / values['zentu'][0]:.3g}")
         lines.append("| " + " | ".join(cells) + " |")
     return lines
@@ -132,11 +135,10 @@ def trace_table(rows):
     lines = ["| line | zentu | allocations | stream | hand | plain | ÷ plain |", "|---|---|---|---|---|---|---|"]
     for row, by_size in rows.items():
         values = by_size[""]
-        value = ratio(values, "plain")
         lines.append("| " + " | ".join(
             [row, time(values["zentu"][0]), f"{values['zentu'][1]:.3g}"]
             + [time(values[who][0]) for who in ("stream", "hand", "plain")]
-            + [f"{value:.2f}" + (" (!)" if value > LIMITS["trace"]["plain"] else "")]) + " |")
+            + [judge(ratio(values, "plain"), LIMITS["trace"]["plain"], ".2f")]) + " |")
     return lines
 
 
