@@ -66,7 +66,7 @@ preset() {
 }
 
 # For what is measured, counted or drawn with one of the two.
-only_qt5() { [ $qt = 5 ] || die "this is done with Qt 5"; }
+only_qt5() { [ $qt = 5 ] || die "${1-this} is done with Qt 5"; }
 
 configure() {
   step "Configuring $1"
