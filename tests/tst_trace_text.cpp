@@ -3,13 +3,16 @@
 #include "ievent_handler.h"
 #include "mdi_area.h"
 #include "option_dlg.h"
+#include "proxy_act.h"
 #include "trace_p.h"
 
 #include "wisp_recorder.h"
 
 #include <QAction>
 #include <QDialog>
+#include <QFile>
 #include <QRandomGenerator>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTimer>
 
@@ -220,6 +223,7 @@ private Q_SLOTS:
     void lineIsWhatQDebugWrites();
     void longLineIsComplete();
     void listsAndActionsShowAsInTheQtThatRuns();
+    void pageShowsTheLineOfTheQtThatRuns();
 };
 
 void TraceTextTest::lineIsWhatQDebugWrites()
@@ -285,6 +289,29 @@ void TraceTextTest::listsAndActionsShowAsInTheQtThatRuns()
                          " enabled=true visible=true) ");
     const QString address = QString::number(reinterpret_cast<quintptr>(&copy), 16);
     QCOMPARE(QString::fromStdString(line.text), expected.arg(address));
+}
+
+void TraceTextTest::pageShowsTheLineOfTheQtThatRuns()
+{
+    QAction grid(QStringLiteral("Grid"));
+    grid.setCheckable(true);
+    grid.setChecked(true);
+    grid.setShortcut(QKeySequence(QStringLiteral("Ctrl+G")));
+    ProxyAction proxy;
+    proxy.addBackendAction(&grid, QStringLiteral("view"));
+    proxy.setCurrentContext({QStringLiteral("view")});
+    const LastLine line;
+    proxy.setCurrentContext({QStringLiteral("view"), QStringLiteral("main")});
+
+    QFile page(QStringLiteral(ZENTU_MESSAGES));
+    QVERIFY(page.open(QIODevice::ReadOnly));
+    QStringList shown = QString::fromUtf8(page.readAll()).split(QLatin1Char('\n'));
+    shown = shown.filter(QRegularExpression(QStringLiteral("^    QAction")));
+    QCOMPARE(shown.size(), 2);
+    const QString address = QString::number(reinterpret_cast<quintptr>(&proxy), 16);
+    QString expected = shown.at(QT_VERSION_MAJOR - 5).mid(4) + QLatin1Char(' ');
+    expected.replace(QLatin1String("55d0c3a7"), address);
+    QCOMPARE(QString::fromStdString(line.text), expected);
 }
 
 QTEST_MAIN(TraceTextTest)
