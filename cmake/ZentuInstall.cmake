@@ -43,6 +43,7 @@ write_basic_package_version_file("${PROJECT_BINARY_DIR}/${zentu_name}ConfigVersi
 install(
   FILES "${PROJECT_BINARY_DIR}/${zentu_name}Config.cmake"
     "${PROJECT_BINARY_DIR}/${zentu_name}ConfigVersion.cmake"
+    "${PROJECT_SOURCE_DIR}/cmake/ZentuOneQt.cmake"
   DESTINATION "${package}" COMPONENT development)
 
 # Both find the folder from where they stand in it.

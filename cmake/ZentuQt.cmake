@@ -1,11 +1,3 @@
-# What CMake says of a program with two of them does not say what to do.
-function(zentu_find_mixed_qt)
-  if(TARGET Qt6::Core AND NOT TARGET Qt5::Core)
-    message(FATAL_ERROR "This project has found Qt 6 after it took ZentuKit, which is for Qt 5 then: find Qt 6 "
-      "before, or set QT_MAJOR_VERSION to 6 before.")
-  endif()
-endfunction()
-
 # The Qt to build with: what the project that has this one says, the Qt that it has found already, or Qt 5.
 if(ZENTU_IS_TOP_LEVEL)
   set(QT_MAJOR_VERSION 5 CACHE STRING "Major version of Qt to build with, 5 or 6")
@@ -14,7 +6,6 @@ elseif(NOT QT_MAJOR_VERSION AND TARGET Qt6::Core AND NOT TARGET Qt5::Core)
   set(QT_MAJOR_VERSION 6)
 elseif(NOT QT_MAJOR_VERSION)
   set(QT_MAJOR_VERSION 5)
-  cmake_language(DEFER DIRECTORY "${CMAKE_SOURCE_DIR}" CALL zentu_find_mixed_qt)
 endif()
 
 set(zentu_qt Qt${QT_MAJOR_VERSION})
@@ -31,4 +22,16 @@ elseif(QT_MAJOR_VERSION EQUAL 6)
   set(zentu_other_name ZentuKit)
 else()
   message(FATAL_ERROR "QT_MAJOR_VERSION is 5 or 6, not ${QT_MAJOR_VERSION}")
+endif()
+
+if(NOT ZENTU_IS_TOP_LEVEL)
+  if(TARGET Qt${zentu_other_qt}::Core AND NOT TARGET ${zentu_qt}::Core)
+    message(FATAL_ERROR "This project has found Qt ${zentu_other_qt}, and QT_MAJOR_VERSION is ${QT_MAJOR_VERSION}: "
+      "set it to ${zentu_other_qt} before ZentuKit is added, or find Qt ${QT_MAJOR_VERSION} before.")
+  endif()
+  include(ZentuOneQt)
+  # Evaluated here: the project may have other values when it is done.
+  cmake_language(EVAL CODE "cmake_language(DEFER DIRECTORY [[${CMAKE_SOURCE_DIR}]] CALL zentu_find_mixed
+    [[${CMAKE_SOURCE_DIR}]] ${QT_MAJOR_VERSION} ${zentu_other_qt}
+    [[set QT_MAJOR_VERSION to ${zentu_other_qt} before ZentuKit is added]])")
 endif()
