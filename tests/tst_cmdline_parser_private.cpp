@@ -45,14 +45,22 @@ QPair<QString, QString> keysOfOneIdentity()
     }
 }
 
-// A key whose identity is zero: the first is one in Qt 5, the second one in Qt 6.
+// A key whose identity is zero, in the Qt that runs. It takes minutes to find one, so those that
+// were found in Qt 5 and in Qt 6 are tried first.
 QString keyOfIdentityZero()
 {
     for (const QString& key : {QString(1, QChar(0)), latin("bchfiv")}) {
         if (identityOf(key) == 0)
             return key;
     }
-    return QString();
+    QString key = latin("aaaaaaaa");
+    while (identityOf(key) != 0) {
+        auto letter = key.begin();
+        while (*letter == QLatin1Char('z'))
+            *letter++ = QLatin1Char('a');
+        letter->unicode()++;
+    }
+    return key;
 }
 
 // A parser is one pointer.
@@ -186,8 +194,6 @@ void CmdLineParserPrivateTest::valuesAreStoredUnderTheHashOfTheFirstKey()
 void CmdLineParserPrivateTest::optionWhoseHashIsZeroIsNeverSet()
 {
     const QString key = keyOfIdentityZero();
-    if (key.isEmpty())
-        QSKIP("No key is known that has this hash in this Qt");
     CmdLineParser parser(latin("tool"));
     parser.addOption(latin("--") + key, QString(), latin("file"));
     QVERIFY(parser.parse({latin("tool"), latin("--") + key, latin("x")}));

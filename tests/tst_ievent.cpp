@@ -33,6 +33,7 @@ void IEventTest::keepsItsTypeAndStartsWithoutValues()
     QVERIFY(event.data().isEmpty());
     QVERIFY(!event.parent());
     QCOMPARE(IEvent(QString()).type(), QString());
+    QCOMPARE(sizeof event, sizeof(QObject) + sizeof(QString) + sizeof(QVariantMap));
 }
 
 void IEventTest::valuesAreReadAndWritten()

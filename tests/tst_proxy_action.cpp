@@ -199,6 +199,7 @@ private Q_SLOTS:
     void sameBackendIsNotSwitchedTo();
     void switchIsTracedBeforeItHappens();
     void checkedStateEndsWithCheckability();
+    void backendThatCannotBeCheckedForAWhileIsFollowed();
     void newerSignalsTellOfTheCopy();
     void switchDisconnectsCopiesAndConnects();
     void nothingEchoesInASwitch();
@@ -653,6 +654,32 @@ void ProxyActionTest::checkedStateEndsWithCheckability()
     QCOMPARE(toggled.count(), 1);
 }
 
+void ProxyActionTest::backendThatCannotBeCheckedForAWhileIsFollowed()
+{
+    QAction a;
+    a.setCheckable(true);
+    a.setChecked(true);
+    ProxyAction proxy;
+    proxy.addBackendAction(&a, A);
+    proxy.setCurrentContext({A});
+    QVERIFY(proxy.isChecked());
+    const QSignalSpy ofBackend(&a, &QAction::toggled);
+    const QSignalSpy ofProxy(&proxy, &QAction::toggled);
+
+    // Qt 6 remembers that it was checked, and tells both times; the second signal of the backend is
+    // that of the proxy, which it is connected to.
+    a.setCheckable(false);
+    QVERIFY(!a.isChecked() && !proxy.isCheckable() && !proxy.isChecked());
+    QCOMPARE(ofBackend.count(), QT_VERSION_MAJOR == 5 ? 0 : 2);
+    QCOMPARE(ofProxy.count(), QT_VERSION_MAJOR == 5 ? 0 : 1);
+    a.setCheckable(true);
+    QVERIFY(proxy.isCheckable());
+    QCOMPARE(a.isChecked(), QT_VERSION_MAJOR != 5);
+    QCOMPARE(proxy.isChecked(), QT_VERSION_MAJOR != 5);
+    QCOMPARE(ofBackend.count(), QT_VERSION_MAJOR == 5 ? 0 : 4);
+    QCOMPARE(ofProxy.count(), QT_VERSION_MAJOR == 5 ? 0 : 2);
+}
+
 void ProxyActionTest::newerSignalsTellOfTheCopy()
 {
     if (QT_VERSION_MAJOR == 5)
@@ -663,9 +690,13 @@ void ProxyActionTest::newerSignalsTellOfTheCopy()
     proxy.addBackendAction(&a, A);
     QSignalSpy enabled(&proxy, SIGNAL(enabledChanged(bool)));
     QSignalSpy checkable(&proxy, SIGNAL(checkableChanged(bool)));
+    QSignalSpy visible(&proxy, SIGNAL(visibleChanged()));
     proxy.setCurrentContext({A});
     QCOMPARE(enabled.count(), 1);
     QCOMPARE(checkable.count(), 1);
+    QCOMPARE(visible.count(), 0);
+    a.setVisible(false);
+    QCOMPARE(visible.count(), 1);
 }
 
 void ProxyActionTest::switchDisconnectsCopiesAndConnects()
