@@ -65,13 +65,15 @@ public:
      * it has overtaken tell nobody any more. No document may be deleted here, not in an event loop
      * that runs here either, as Qt still looks at it: use `deleteLater()`, and show questions from
      * the event loop. The area or its window may be, but for one whose show() is just running;
-     * the documents in it follow when control is back in the event loop that the change came from.
+     * the documents in it follow when control is back in the event loop that the change came from,
+     * and stay if there is none.
      */
     virtual void currentChanged(bool current);
 
 Q_SIGNALS:
     /// The document was closed: the close has been accepted. Emitted by each close() that is, so
-    /// twice if it is called twice before the document is deleted.
+    /// twice if it is called twice before the document is deleted. A slot that wants to delete the
+    /// document, its area or the window calls `deleteLater()`, as Qt may still look at them.
     void closed();
 
 protected:

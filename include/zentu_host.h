@@ -426,8 +426,8 @@ public:
     void activateNextUsed() { walk(-1); }
 
     /// Closes all documents in the order of their tabs, after askBeforeClosing. Stops at the first
-    /// that refuses. Returns whether all were closed, as the closeEvent() of a window wants to
-    /// know.
+    /// that refuses, or when this object is deleted on the way. Returns whether all were closed, as
+    /// the closeEvent() of a window wants to know.
     bool closeAll() { return close(documents()); }
 
     /// Closes all documents but @p kept, as closeAll() does; but the current one, by default.
@@ -477,10 +477,13 @@ private:
 
     bool close(const QList<IMdiSubWindow*>& chosen)
     {
-        if (askBeforeClosing && !chosen.isEmpty() && !askBeforeClosing(chosen))
+        // Who is asked, and who is told, may delete the area and with it this object.
+        const QPointer<QObject> alive(this);
+        const Question ask = askBeforeClosing;
+        if (ask && !chosen.isEmpty() && !ask(chosen))
             return false;
         for (IMdiSubWindow* document : chosen) {
-            if (documents().contains(document) && !document->close())
+            if (!alive || (documents().contains(document) && !document->close()))
                 return false;
         }
         return true;
@@ -515,9 +518,11 @@ private:
 
     void walk(int step)
     {
+        const QPointer<QObject> alive(this);
         m_isWalking = true;
         activate(step, documentsByUse());
-        m_isWalking = false;
+        if (alive)
+            m_isWalking = false;
     }
 
     void onCurrentChanged(IMdiSubWindow* current)

@@ -85,6 +85,8 @@ _mdi_area_private::~_mdi_area_private()
             document->m_ownerArea = nullptr;
     }
     if (isTelling) {
+        // It tells of having been hidden.
+        mdiArea->disconnect(this);
         mdiArea->setParent(nullptr);
         tabBar->setParent(nullptr);
     }
@@ -133,11 +135,11 @@ void _mdi_area_private::addWindow(IMdiSubWindow* window)
     window->installEventFilter(this);
     connect(window, SIGNAL(closed()), this, SLOT(onSubWindowClosed()));
 
-    // Documents are told what is current on the way, and can delete the area or the window.
+    // Documents are told what is current on the way, and can delete the area or this document.
     const QPointer<QObject> alive(this);
     const QPointer<QObject> added(window);
     mdiArea->addSubWindow(window);
-    if (added)
+    if (alive && added)
         window->show();
     if (alive && added && mdiArea->subWindowList(QMdiArea::CreationOrder).size() == 1)
         window->showMaximized();
@@ -226,6 +228,9 @@ void _mdi_area_private::tellOf(QMdiSubWindow* window)
 {
     Trace() << q << "active window:" << qobject_cast<IMdiSubWindow*>(window);
     auto* const activated = qobject_cast<IMdiSubWindow*>(mdiArea->currentSubWindow());
+    // An area that is hidden, as one whose window is deleted, activates its document once more.
+    if (isLeaving && activated && activated == next)
+        return;
     const bool isBack = activated == current && std::exchange(isLeaving, false);
     if (activated == current && !isBack) {
         currentGuard = activated;
@@ -242,6 +247,7 @@ void _mdi_area_private::tellOf(QMdiSubWindow* window)
         // One that is being destroyed may be no document any more.
         if (auto* const previous = qobject_cast<IMdiSubWindow*>(currentGuard.data())) {
             isLeaving = true;
+            next = activated;
             previous->currentChanged(false);
             if (isOvertaken())
                 return;

@@ -64,6 +64,8 @@ private:
     int changes = 0;
     // Whether the current document is just being told that it is not current any more.
     bool isLeaving = false;
+    // The one that will be current then.
+    QPointer<IMdiSubWindow> next;
     // Whether the area has told of the current document, which may have been left and come back.
     bool isReported = false;
     // Whether documents and listeners are being told of an activation.

@@ -4,6 +4,7 @@
 #include "mdi_area.h"
 #include "option_dlg.h"
 #include "proxy_act.h"
+#include "zentu_host.h"
 
 #include "recorder.h"
 
@@ -30,6 +31,9 @@ using namespace Zentu;
 namespace {
 
 const QString A = QStringLiteral("A");
+
+// That of the case that runs.
+Recorder* recorder = nullptr;
 
 /// A callback, and the object that is deleted in it.
 struct Case
@@ -107,10 +111,12 @@ class Document : public IMdiSubWindow
 public:
     void currentChanged(bool current) override
     {
+        ++told;
         if (const auto call = std::exchange(current ? onCurrent : onNotCurrent, {}))
             call();
     }
 
+    int told = 0;
     std::function<void()> onCurrent;
     std::function<void()> onNotCurrent;
     std::function<void()> onParentChange;
@@ -151,7 +157,8 @@ struct Desk
     ~Desk() { delete area; }
     Q_DISABLE_COPY(Desk)
 
-    // Qt itself reads what is deleted while it activates a window, so the area hears of it later.
+    // Qt itself reads a document that is deleted while it is activated, so the area hears of it
+    // later.
     void activate(IMdiSubWindow* document) const
     {
         QVERIFY(QTest::qWaitForWindowActive(area));
@@ -167,9 +174,26 @@ struct Desk
     std::function<void()> deletion()
     {
         return [this] {
+            recorder->clear();
             delete area;
+            QCOMPARE(recorder->take(), QStringList());
             QVERIFY(a && b && inner && tabs);
         };
+    }
+    void clickFirstTab() const
+    {
+        QTest::mouseClick(tabs, Qt::LeftButton, Qt::NoModifier, tabs->tabRect(0).center());
+    }
+    // The document that is left deletes the area, and hears nothing more; the other one nothing.
+    void checkLeavingDocument(const std::function<void()>& deletion)
+    {
+        a->told = 0;
+        b->told = 0;
+        b->onNotCurrent = deletion;
+        clickFirstTab();
+        QCOMPARE(b->told, 1);
+        QCOMPARE(a->told, 0);
+        checkEnd();
     }
     void checkEnd() const
     {
@@ -347,27 +371,6 @@ const Case Cases[] = {
             QCOMPARE(first.currentActiveBackendAction(), &backend);
             QVERIFY(second.currentContext().isEmpty());
         }},
-    {"area in currentChanged(true)",
-        [] {
-            Desk desk;
-            desk.a->onCurrent = [&] { delete desk.area; };
-            desk.activate(desk.a);
-            QVERIFY(!desk.area);
-        }},
-    {"area in currentChanged(false)",
-        [] {
-            Desk desk;
-            desk.b->onNotCurrent = [&] { delete desk.area; };
-            desk.activate(desk.a);
-            QVERIFY(!desk.area);
-        }},
-    {"area in currentSubWindowChanged()",
-        [] {
-            Desk desk;
-            once(desk.area.data(), &MdiArea::currentSubWindowChanged, [&] { delete desk.area; });
-            desk.activate(desk.a);
-            QVERIFY(!desk.area);
-        }},
     {"area in currentChanged(false) while it adds a document",
         [] {
             Desk desk;
@@ -381,9 +384,28 @@ const Case Cases[] = {
             Desk desk;
             QVERIFY(QTest::qWaitForWindowActive(desk.area));
             desk.a->onCurrent = desk.deletion();
-            QTest::mouseClick(
-                desk.tabs, Qt::LeftButton, Qt::NoModifier, desk.tabs->tabRect(0).center());
+            desk.clickFirstTab();
             desk.checkEnd();
+        }},
+    {"window of the area in currentChanged(false) after a click on a tab",
+        [] {
+            Desk desk;
+            auto* const window = new QWidget;
+            desk.area->setParent(window);
+            desk.area->show();
+            window->show();
+            QVERIFY(QTest::qWaitForWindowActive(window));
+            desk.checkLeavingDocument([&] { delete window; });
+        }},
+    {"area of an inactive window in currentChanged(false) after a click on a tab",
+        [] {
+            Desk desk;
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            QWidget other;
+            other.show();
+            other.activateWindow();
+            QVERIFY(QTest::qWaitForWindowActive(&other));
+            desk.checkLeavingDocument(desk.deletion());
         }},
     {"area in currentSubWindowChanged() as it activates a document",
         [] {
@@ -439,6 +461,40 @@ const Case Cases[] = {
             desk.area->setCurrentSubWindow(desk.a);
             delete desk.area;
             QVERIFY(!desk.a && !desk.b && !desk.inner && !desk.tabs);
+        }},
+    {"area with its navigator as it walks",
+        [] {
+            Desk desk;
+            const QPointer<DocumentNavigator> navigator = new DocumentNavigator(desk.area);
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.area->setCurrentSubWindow(desk.a);
+            desk.b->onCurrent = desk.deletion();
+            navigator->activatePreviousUsed();
+            QVERIFY(!navigator);
+            desk.checkEnd();
+        }},
+    {"area with its navigator as it closes all",
+        [] {
+            Desk desk;
+            const QPointer<DocumentNavigator> navigator = new DocumentNavigator(desk.area);
+            QVERIFY(QTest::qWaitForWindowActive(desk.area));
+            desk.area->setCurrentSubWindow(desk.a);
+            desk.b->onCurrent = desk.deletion();
+            QVERIFY(!navigator->closeAll());
+            QVERIFY(!navigator);
+            desk.checkEnd();
+        }},
+    {"area with its navigator as that asks",
+        [] {
+            Desk desk;
+            const QPointer<DocumentNavigator> navigator = new DocumentNavigator(desk.area);
+            const QString answer = A;
+            navigator->askBeforeClosing = [&, answer](const QList<IMdiSubWindow*>& /*documents*/) {
+                delete desk.area;
+                return answer == A;
+            };
+            QVERIFY(!navigator->closeAll());
+            QVERIFY(!navigator && !desk.a);
         }},
     {"area when a document has left it",
         [] {
@@ -620,7 +676,7 @@ const Case Cases[] = {
 } // namespace
 
 /// What a callback deletes is not looked at afterwards, and the steps that remain are left out.
-/// Where Qt itself looks at it, the callback is reached without Qt on the way.
+/// Where Qt itself looks at it, as at documents, the callback is reached without Qt on the way.
 class DeletedInCallbackTest : public QObject
 {
     Q_OBJECT
@@ -641,7 +697,8 @@ void DeletedInCallbackTest::nothingDeadIsRead_data()
 void DeletedInCallbackTest::nothingDeadIsRead()
 {
     QFETCH(int, index);
-    const Recorder recorder; // The lines are those of the other tests.
+    Recorder lines; // They are those of the other tests.
+    recorder = &lines;
     Cases[index].run();
 }
 

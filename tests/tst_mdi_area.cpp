@@ -183,6 +183,7 @@ private Q_SLOTS:
     void innermostActivationHolds_data();
     void innermostActivationHolds();
     void documentThatComesBackWhileItIsLeftIsToldOnly();
+    void hiddenAreaTellsTheDocumentThatIsLeftOnce();
     void dyingAreaOwnsNoDocument();
     void windowsAreCascadedAndTiled();
     void areaDiesWithItsDocuments();
@@ -984,6 +985,29 @@ void MdiAreaTest::documentThatComesBackWhileItIsLeftIsToldOnly()
         QStringList(info(area() + QLatin1String(" current window changed: ") + window(a))));
     QVERIFY(changed.isEmpty());
     QCOMPARE(m_area->currentSubWindow(), b);
+    m_area->setCurrentSubWindow(a);
+    QCOMPARE(m_area->currentSubWindow(), a);
+}
+
+// As it is hidden where its window is deleted.
+void MdiAreaTest::hiddenAreaTellsTheDocumentThatIsLeftOnce()
+{
+    Document* const a = add("a");
+    Document* const b = add("b");
+    QTRY_COMPARE(m_area->currentSubWindow(), b);
+    b->onNotCurrent = [&] { m_area->hide(); };
+    const QSignalSpy changed(m_area.get(), &MdiArea::currentSubWindowChanged);
+    m_log.clear();
+    Recorder recorder;
+    m_area->setCurrentSubWindow(a);
+    QCOMPARE(m_log,
+        QStringList(
+            {QStringLiteral("b off, current b, tab 1"), QStringLiteral("a on, current a, tab 1")}));
+    QCOMPARE(recorder.take().filter(QStringLiteral("current window changed:")),
+        QStringList(info(area() + QLatin1String(" current window changed: ") + window(a))));
+    QCOMPARE(changed.count(), 1);
+    QCOMPARE(m_area->currentSubWindow(), a);
+    QCOMPARE(m_tabs->currentIndex(), 0);
 }
 
 void MdiAreaTest::dyingAreaOwnsNoDocument()
