@@ -507,6 +507,14 @@ const Case Cases[] = {
             QVERIFY(!area);
             QVERIFY(!document.ownerArea());
         }},
+    {"area while it adds a document",
+        [] {
+            const QPointer<MdiArea> area = new MdiArea;
+            const QPointer<Document> document = new Document;
+            document->onStateWatched = [&] { delete area; };
+            area->addWindow(document);
+            QVERIFY(!area && !document);
+        }},
     {"document while it is added",
         [] {
             MdiArea area;

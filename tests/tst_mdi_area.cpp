@@ -183,6 +183,7 @@ private Q_SLOTS:
     void innermostActivationHolds_data();
     void innermostActivationHolds();
     void documentThatComesBackWhileItIsLeftIsToldOnly();
+    void documentThatIsLeftMayEmptyTheArea();
     void hiddenAreaTellsTheDocumentThatIsLeftOnce();
     void dyingAreaOwnsNoDocument();
     void windowsAreCascadedAndTiled();
@@ -987,6 +988,25 @@ void MdiAreaTest::documentThatComesBackWhileItIsLeftIsToldOnly()
     QCOMPARE(m_area->currentSubWindow(), b);
     m_area->setCurrentSubWindow(a);
     QCOMPARE(m_area->currentSubWindow(), a);
+}
+
+void MdiAreaTest::documentThatIsLeftMayEmptyTheArea()
+{
+    const std::unique_ptr<Document> a(add("a"));
+    const std::unique_ptr<Document> b(add("b"));
+    QTRY_COMPARE(m_area->currentSubWindow(), b.get());
+    b->onNotCurrent = [&] {
+        m_area->removeWindow(a.get());
+        m_area->removeWindow(b.get());
+    };
+    QList<IMdiSubWindow*> signalled;
+    connect(m_area.get(), &MdiArea::currentSubWindowChanged, this,
+        [&](IMdiSubWindow* document) { signalled.append(document); });
+    m_area->setCurrentSubWindow(a.get());
+    QCOMPARE(m_area->currentSubWindow(), nullptr);
+    QCOMPARE(m_inner->currentSubWindow(), nullptr);
+    QCOMPARE(m_tabs->count(), 0);
+    QVERIFY(!signalled.isEmpty() && !signalled.last());
 }
 
 // As it is hidden where its window is deleted.
