@@ -996,8 +996,8 @@ void MdiAreaTest::documentThatIsLeftMayEmptyTheArea()
     const std::unique_ptr<Document> b(add("b"));
     QTRY_COMPARE(m_area->currentSubWindow(), b.get());
     b->onNotCurrent = [&] {
-        m_area->removeWindow(a.get());
         m_area->removeWindow(b.get());
+        m_area->removeWindow(a.get());
     };
     QList<IMdiSubWindow*> signalled;
     connect(m_area.get(), &MdiArea::currentSubWindowChanged, this,
